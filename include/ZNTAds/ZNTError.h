@@ -1,0 +1,44 @@
+#pragma once
+
+#include <ZNTAds/ZNTAdsGlobal.h>
+
+#include <QtCore/QMetaType>
+#include <QtCore/QString>
+
+/// An error as it is given to the host: who found it, a number, and a text for people.
+///
+/// The domain is the reporting class's name ("ZNTSplashManager", "ZNTAdsManager", …), "QNetworkReply"
+/// for a failed transfer (the code is a QNetworkReply::NetworkError) or "QJsonParseError" for an answer
+/// that is no JSON (the code is a QJsonParseError::ParseError).
+class ZNTADS_EXPORT ZNTError
+{
+    Q_GADGET
+    Q_PROPERTY(QString domain READ domain)
+    Q_PROPERTY(int code READ code)
+    Q_PROPERTY(QString localizedDescription READ localizedDescription)
+
+public:
+    ZNTError() = default;
+    ZNTError(const QString &domain, int code, const QString &localizedDescription)
+        : m_domain(domain)
+        , m_code(code)
+        , m_localizedDescription(localizedDescription)
+    {
+    }
+
+    QString domain() const { return m_domain; }
+    int code() const { return m_code; }
+    /// The text for people, in the language in which the library has it.
+    QString localizedDescription() const { return m_localizedDescription; }
+    /// Domain, code and text in one line, as log lines show an error.
+    QString toString() const;
+
+    friend bool operator==(const ZNTError &, const ZNTError &) = default;
+
+private:
+    QString m_domain;
+    int m_code = 0;
+    QString m_localizedDescription;
+};
+
+Q_DECLARE_METATYPE(ZNTError)

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <ZNTAds/ZNTError.h>
+
+#include <QtCore/QUrl>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// The library's one logger: a console line and a line in a daily file for each message, and an
+/// upload for each error.
+///
+/// Every method may be called from any thread, also before QCoreApplication exists. Lines of one
+/// thread keep their order; lines of several are interleaved whole. Files are
+/// "Documents/Logs/yyyy-MM-dd.log", written about once a second or when 65,536 UTF-16 units wait.
+class ZNTADS_EXPORT ZNTLogManager
+{
+public:
+    /// Receives the file's copy, or an error; called on the logger's own thread.
+    using ExportCompletion = std::function<void(const std::optional<QUrl> &file,
+                                                const std::optional<ZNTError> &error)>;
+
+    /// The logger. It lives until the process ends, and what was logged before that is written.
+    static ZNTLogManager *sharedInstance();
+
+    /// Writes @p message at level "INFO"; nothing when logging is off.
+    void logInfo(const QString &message);
+    /// Writes @p message at level "WARNING"; nothing when logging is off.
+    void logWarning(const QString &message);
+    /// Writes @p message at level "ERROR" and reports it to the server, the latter always.
+    void logError(const QString &message);
+    /// Writes one line at @p level without reporting it; nothing when logging is off.
+    void writeLog(const QString &message, const QString &level);
+
+    /// The file of the day on which the logger was made.
+    QString currentLogFilePath() const;
+    /// Copies the log file into the temporary folder. Lines that still wait in memory are not in the
+    /// copy. @p completion may be empty; its error is of domain "com.zntads.logger" when there is no
+    /// file to copy.
+    void exportLogsWithCompletion(ExportCompletion completion);
+    /// Writes waiting lines to the file soon.
+    void flushLogBuffer();
+
+    /// Switches logging; off until the host registers.
+    void setLogEnabled(bool enabled);
+    /// The same switch.
+    void setEnabled(bool enabled);
+    /// Whether lines are written.
+    bool isEnabled() const;
+
+    /// Keeps the two ids; they are not part of any report.
+    void setupWithAppId(const QString &appId, const QString &mediaId);
+    /// The application id given at registration; null before.
+    QString appId() const;
+    /// The media id given at registration; null before.
+    QString mediaId() const;
+
+    /// The hardware identifier of the device.
+    QString getDeviceModel() const;
+    /// Always "wifi".
+    QString getNetworkStatus() const;
+    /// Sends one error report; a null text is left out of it. Never retried.
+    void reportErrorWithSummary(const QString &summary, const QString &details);
+
+private:
+    ZNTLogManager();
+    ~ZNTLogManager();
+    Q_DISABLE_COPY_MOVE(ZNTLogManager)
+
+    class Private;
+    const std::unique_ptr<Private> d;
+};

@@ -1,0 +1,25 @@
+// What the library tells of the device and of the host application. A null string is a missing fact.
+#pragma once
+
+#include <ZNTAds/ZNTAdsGlobal.h>
+
+#include <QSize>
+#include <QString>
+
+namespace znt::device {
+
+QString machine(); // hardware identifier
+QString kernelVersion();
+QString systemVersion();
+QString kind(); // "Phone" or "Desktop"
+QString advertisingId();
+QString vendorId();
+QString preferredLanguage();
+QString timeZone();
+
+// Of the main screen, kept current from the main thread, readable from any; 0 x 0 without one.
+QSize screenPoints();
+QSize screenPixels();
+void watchScreen();
+
+} // namespace znt::device

@@ -1,0 +1,74 @@
+// One HTTP session: requests with bounds on time and size, one wire request a call.
+#pragma once
+
+#include <ZNTAds/ZNTError.h>
+
+#include <QNetworkAccessManager>
+#include <QObject>
+#include <QUrl>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+namespace znt {
+
+struct HttpRequest
+{
+    QUrl url;
+    QByteArray method = "GET";
+    QList<QPair<QByteArray, QByteArray>> headers;
+    QByteArray body;
+};
+
+struct HttpAnswer
+{
+    // A failure of the transfer itself. An HTTP status never is one.
+    std::optional<ZNTError> error;
+    int status = 0;
+    QByteArray body;
+};
+
+struct HttpLimits
+{
+    std::chrono::milliseconds inactivity {15'000};
+    std::chrono::milliseconds total {15'000};
+    // Of the body as it arrives and of what it expands to.
+    qint64 bytes = 16 * 1024 * 1024;
+    // The body is read and thrown away; past `bytes` the answer counts as complete.
+    bool discardBody = false;
+};
+
+class ZNTADS_INTERNAL HttpClient : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Done = std::function<void(const HttpAnswer &)>;
+
+    explicit HttpClient(const HttpLimits &limits, QObject *parent = nullptr);
+
+    // From any thread; `done` runs in the client's own, exactly once unless the client is destroyed
+    // before. Only http and https are sent, anything else is a failure.
+    void send(const HttpRequest &request, Done done);
+
+private:
+    void start(const HttpRequest &request, const Done &done);
+
+    HttpLimits m_limits;
+    QNetworkAccessManager m_network;
+};
+
+// The library's sessions, made at first use, gone with the application object. Null when there is
+// no application object: the caller is silent then.
+enum class Session {
+    Exchange, // the exchange's endpoints, on the main thread
+    Shared, // tracking and error reports, on the main thread
+    Images, // creatives' pictures, on a thread of its own
+};
+ZNTADS_INTERNAL HttpClient *httpClient(Session session);
+
+// Posts to the main thread; drops the call when there is no application object.
+ZNTADS_INTERNAL void onMainThread(std::function<void()> call);
+
+} // namespace znt
