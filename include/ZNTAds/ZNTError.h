@@ -7,9 +7,9 @@
 
 /// An error as it is given to the host: who found it, a number, and a text for people.
 ///
-/// The domain is the reporting class's name ("ZNTSplashManager", "ZNTAdsManager", …), "QNetworkReply"
-/// for a failed transfer (the code is a QNetworkReply::NetworkError) or "QJsonParseError" for an answer
-/// that is no JSON (the code is a QJsonParseError::ParseError).
+/// The domain is the reporting class's name ("ZNTSplashManager", "ZNTAdsManager", …),
+/// "QNetworkReply" for a failed transfer (the code is a QNetworkReply::NetworkError) or
+/// "QJsonParseError" for an answer that is no JSON (the code is a QJsonParseError::ParseError).
 class ZNTADS_EXPORT ZNTError
 {
     Q_GADGET

@@ -18,8 +18,8 @@ class ZNTADS_EXPORT ZNTLogManager
 {
 public:
     /// Receives the file's copy, or an error; called on the logger's own thread.
-    using ExportCompletion = std::function<void(const std::optional<QUrl> &file,
-                                                const std::optional<ZNTError> &error)>;
+    using ExportCompletion =
+        std::function<void(const std::optional<QUrl> &file, const std::optional<ZNTError> &error)>;
 
     /// The logger. It lives until the process ends, and what was logged before that is written.
     static ZNTLogManager *sharedInstance();
@@ -35,9 +35,9 @@ public:
 
     /// The file of the day on which the logger was made.
     QString currentLogFilePath() const;
-    /// Copies the log file into the temporary folder. Lines that still wait in memory are not in the
-    /// copy. @p completion may be empty; its error is of domain "com.zntads.logger" when there is no
-    /// file to copy.
+    /// Copies the log file into the temporary folder. Lines that still wait in memory are not in
+    /// the copy. @p completion may be empty; its error is of domain "com.zntads.logger" when there
+    /// is no file to copy.
     void exportLogsWithCompletion(ExportCompletion completion);
     /// Writes waiting lines to the file soon.
     void flushLogBuffer();

@@ -16,8 +16,7 @@ inline QString logText(const ZNTError &error)
     return error.toString();
 }
 template <class Number>
-    requires std::is_arithmetic_v<Number>
-QString logText(Number number)
+requires std::is_arithmetic_v<Number> QString logText(Number number)
 {
     return QString::number(number);
 }

@@ -1,4 +1,5 @@
-// What the library tells of the device and of the host application. A null string is a missing fact.
+// What the library tells of the device and of the host application. A null string is a missing
+// fact.
 #pragma once
 
 #include <ZNTAds/ZNTAdsGlobal.h>

@@ -31,8 +31,8 @@ struct HttpAnswer
 
 struct HttpLimits
 {
-    std::chrono::milliseconds inactivity {15'000};
-    std::chrono::milliseconds total {15'000};
+    std::chrono::milliseconds inactivity{15'000};
+    std::chrono::milliseconds total{15'000};
     // Of the body as it arrives and of what it expands to.
     qint64 bytes = 16 * 1024 * 1024;
     // The body is read and thrown away; past `bytes` the answer counts as complete.
@@ -63,8 +63,8 @@ private:
 // no application object: the caller is silent then.
 enum class Session {
     Exchange, // the exchange's endpoints, on the main thread
-    Shared, // tracking and error reports, on the main thread
-    Images, // creatives' pictures, on a thread of its own
+    Shared,   // tracking and error reports, on the main thread
+    Images,   // creatives' pictures, on a thread of its own
 };
 ZNTADS_INTERNAL HttpClient *httpClient(Session session);
 

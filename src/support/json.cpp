@@ -109,7 +109,7 @@ QString text(const QJsonValue &value)
 {
     if (value.isObject())
         return QString::fromUtf8(compact(value.toObject()));
-    const QByteArray list = QJsonDocument(QJsonArray {value}).toJson(QJsonDocument::Compact);
+    const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return QString::fromUtf8(list.mid(1, list.size() - 2));
 }
 

@@ -1,0 +1,297 @@
+#include "support/httpclient.h"
+
+#include <QCoreApplication>
+#include <QNetworkReply>
+#include <QPointer>
+#include <QThread>
+#include <QTimer>
+
+#include <zlib.h>
+
+#include <array>
+
+namespace znt {
+
+namespace {
+
+// An upload that cannot be rewound: without one, a request whose connection drops before the answer
+// would silently be sent again.
+class OneWayUpload : public QIODevice
+{
+public:
+    OneWayUpload(const QByteArray &body, QObject *parent)
+        : QIODevice(parent)
+        , m_body(body)
+    {
+        open(ReadOnly);
+    }
+
+    bool isSequential() const override { return true; }
+    qint64 bytesAvailable() const override
+    {
+        return m_body.size() - m_read + QIODevice::bytesAvailable();
+    }
+    bool atEnd() const override { return bytesAvailable() == 0; }
+
+protected:
+    qint64 readData(char *data, qint64 size) override
+    {
+        const qint64 count = qMin(size, m_body.size() - m_read);
+        if (count <= 0)
+            return -1;
+        memcpy(data, m_body.constData() + m_read, size_t(count));
+        m_read += count;
+        return count;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    const QByteArray m_body;
+    qint64 m_read = 0;
+};
+
+std::optional<QByteArray> gunzipped(const QByteArray &packed, qint64 limit)
+{
+    z_stream stream{};
+    if (inflateInit2(&stream, 15 + 16) != Z_OK) // 16: a gzip header is expected
+        return {};
+    const auto guard = qScopeGuard([&stream] { inflateEnd(&stream); });
+    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(packed.constData()));
+    stream.avail_in = uInt(packed.size());
+
+    QByteArray plain;
+    std::array<char, 16 * 1024> chunk;
+    int state = Z_OK;
+    while (state == Z_OK) {
+        stream.next_out = reinterpret_cast<Bytef *>(chunk.data());
+        stream.avail_out = uInt(chunk.size());
+        state = inflate(&stream, Z_NO_FLUSH);
+        plain.append(chunk.data(), qsizetype(chunk.size() - stream.avail_out));
+        if (plain.size() > limit)
+            return {};
+    }
+    return state == Z_STREAM_END ? std::optional(plain) : std::nullopt;
+}
+
+ZNTError networkError(QNetworkReply::NetworkError code, const QString &text)
+{
+    return {QStringLiteral("QNetworkReply"), code, text};
+}
+
+// Qt counts an HTTP error status among the failures; here only the transfer itself can fail.
+bool isTransferError(const QNetworkReply *reply)
+{
+    const auto error = reply->error();
+    const bool isStatus =
+        (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError
+            && error != QNetworkReply::ContentReSendError)
+        || (error >= QNetworkReply::InternalServerError
+            && error <= QNetworkReply::UnknownServerError);
+    const bool answered = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    return error != QNetworkReply::NoError && !(isStatus && answered);
+}
+
+// One request on its way: collects the body within the limits and answers once.
+class Transfer : public QObject
+{
+public:
+    Transfer(QNetworkReply *reply, const HttpLimits &limits, HttpClient::Done done)
+        : QObject(reply)
+        , m_reply(reply)
+        , m_limits(limits)
+        , m_done(std::move(done))
+    {
+        connect(reply, &QNetworkReply::readyRead, this, &Transfer::read);
+        connect(reply, &QNetworkReply::finished, this, &Transfer::finish);
+        QTimer::singleShot(limits.total, Qt::PreciseTimer, this, [this] {
+            abort(networkError(
+                QNetworkReply::TimeoutError, QStringLiteral("The request timed out.")));
+        });
+    }
+
+private:
+    void read()
+    {
+        const QByteArray bytes = m_reply->readAll();
+        m_received += bytes.size();
+        if (!m_limits.discardBody)
+            m_answer.body += bytes;
+        if (m_received <= m_limits.bytes)
+            return;
+        if (m_limits.discardBody)
+            abort({});
+        else
+            abort(networkError(
+                QNetworkReply::UnknownContentError, QStringLiteral("The answer is too large.")));
+    }
+
+    void abort(const std::optional<ZNTError> &error)
+    {
+        m_decided = true;
+        m_answer.error = error;
+        m_reply->abort();
+    }
+
+    void finish()
+    {
+        if (!m_decided)
+            complete();
+        m_reply->deleteLater();
+        m_answer.status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        if (m_done)
+            std::exchange(m_done, {})(m_answer);
+    }
+
+    void complete()
+    {
+        if (isTransferError(m_reply)) {
+            m_answer.error = networkError(m_reply->error(), m_reply->errorString());
+            return;
+        }
+        const QByteArray encoding = m_reply->rawHeader("Content-Encoding").trimmed().toLower();
+        if (m_limits.discardBody || (encoding != "gzip" && encoding != "x-gzip"))
+            return;
+        if (auto plain = gunzipped(m_answer.body, m_limits.bytes))
+            m_answer.body = *plain;
+        else
+            m_answer.error = networkError(QNetworkReply::UnknownContentError,
+                QStringLiteral("The answer's encoding is broken."));
+    }
+
+    QNetworkReply *const m_reply;
+    const HttpLimits m_limits;
+    HttpClient::Done m_done;
+    HttpAnswer m_answer;
+    qint64 m_received = 0;
+    bool m_decided = false;
+};
+
+} // namespace
+
+HttpClient::HttpClient(const HttpLimits &limits, QObject *parent)
+    : QObject(parent)
+    , m_limits(limits)
+    , m_network(this)
+{
+}
+
+void HttpClient::send(const HttpRequest &request, Done done)
+{
+    QMetaObject::invokeMethod(
+        this, [this, request, done = std::move(done)] { start(request, done); },
+        Qt::QueuedConnection);
+}
+
+void HttpClient::start(const HttpRequest &request, const Done &done)
+{
+    const QString scheme = request.url.scheme();
+    if (!request.url.isValid() || request.url.host().isEmpty()
+        || (scheme != u"https" && scheme != u"http")) {
+        if (done)
+            done({networkError(
+                      QNetworkReply::ProtocolUnknownError, QStringLiteral("unsupported URL")),
+                0, {}});
+        return;
+    }
+
+    QNetworkRequest wire(request.url);
+    wire.setTransferTimeout(int(m_limits.inactivity.count()));
+    for (const auto &[name, value] : request.headers)
+        wire.setRawHeader(name, value);
+    wire.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+    wire.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
+    auto *upload = new OneWayUpload(request.body, nullptr);
+    QNetworkReply *reply = m_network.sendCustomRequest(wire, request.method, upload);
+    upload->setParent(reply);
+    new Transfer(reply, m_limits, done);
+}
+
+namespace {
+
+HttpLimits limitsOf(Session session)
+{
+    using namespace std::chrono_literals;
+    switch (session) {
+    case Session::Shared:
+        return {.inactivity = 60s, .total = 60s, .bytes = 1024 * 1024, .discardBody = true};
+    case Session::Images:
+        return {.inactivity = 30s, .total = 120s, .bytes = 32 * 1024 * 1024};
+    case Session::Exchange:
+        break;
+    }
+    return {};
+}
+
+// Owns the sessions for as long as there is an application object.
+class Sessions
+{
+public:
+    Sessions()
+        : m_exchange(limitsOf(Session::Exchange))
+        , m_shared(limitsOf(Session::Shared))
+        , m_images(new HttpClient(limitsOf(Session::Images)))
+    {
+        m_exchange.moveToThread(qApp->thread());
+        m_shared.moveToThread(qApp->thread());
+        m_images->moveToThread(&m_imageThread);
+        m_imageThread.setObjectName(QStringLiteral("com.zntads.images"));
+        QObject::connect(&m_imageThread, &QThread::finished, m_images, &QObject::deleteLater);
+        m_imageThread.start();
+    }
+    ~Sessions()
+    {
+        m_imageThread.quit();
+        m_imageThread.wait();
+    }
+    Q_DISABLE_COPY_MOVE(Sessions)
+
+    HttpClient *client(Session session)
+    {
+        switch (session) {
+        case Session::Exchange:
+            return &m_exchange;
+        case Session::Shared:
+            return &m_shared;
+        case Session::Images:
+            break;
+        }
+        return m_images;
+    }
+
+private:
+    HttpClient m_exchange;
+    HttpClient m_shared;
+    HttpClient *m_images;
+    QThread m_imageThread;
+};
+
+Q_CONSTINIT QBasicMutex sessionsMutex;
+Q_CONSTINIT Sessions *sessions = nullptr;
+
+void endSessions()
+{
+    const QMutexLocker lock(&sessionsMutex);
+    delete std::exchange(sessions, nullptr);
+}
+
+} // namespace
+
+HttpClient *httpClient(Session session)
+{
+    const QMutexLocker lock(&sessionsMutex);
+    if (!QCoreApplication::instance() || QCoreApplication::closingDown())
+        return nullptr;
+    if (!sessions) {
+        sessions = new Sessions;
+        qAddPostRoutine(endSessions);
+    }
+    return sessions->client(session);
+}
+
+void onMainThread(std::function<void()> call)
+{
+    if (QCoreApplication *application = QCoreApplication::instance())
+        QMetaObject::invokeMethod(application, std::move(call), Qt::QueuedConnection);
+}
+
+} // namespace znt
