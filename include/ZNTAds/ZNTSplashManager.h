@@ -1,0 +1,88 @@
+#pragma once
+
+#include <ZNTAds/ZNTDelegateRef.h>
+#include <ZNTAds/ZNTSplashDelegate.h>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
+#include <QtCore/QObject>
+#include <QtQuick/QQuickItem>
+#include <QtQuick/QQuickWindow>
+
+#include <memory>
+#include <optional>
+
+class ZNTSplashAdView;
+
+/// Loads one splash ad, shows it over a window, counts it as seen, follows its clicks and closes
+/// it.
+///
+/// Main thread only. Load first; when the delegate hears splashAdDidLoad(), show. Window, views and
+/// delegate are held weakly and may be destroyed at any time, and so may the manager. Errors reach
+/// the delegate's splashAdDidFailed() with domain "ZNTSplashManager": -1001 no media id, -1002 the
+/// answer cannot be used, -1003 nothing loaded, -1004 the ad has no picture; a failed request
+/// passes its own error on.
+class ZNTADS_EXPORT ZNTSplashManager : public QObject, public ZNTSplashDelegate
+{
+    Q_OBJECT
+    Q_INTERFACES(ZNTSplashDelegate)
+
+public:
+    explicit ZNTSplashManager(QObject *parent = nullptr);
+    ~ZNTSplashManager() override;
+
+    /// Who hears of the ad: any QObject that implements ZNTSplashDelegate, held weakly.
+    template <class Object>
+    void setDelegate(Object *delegate)
+    {
+        setDelegate(ZNTDelegateRef<ZNTSplashDelegate>(delegate));
+    }
+    void setDelegate(const ZNTDelegateRef<ZNTSplashDelegate> &delegate);
+
+    /// The ad position; null until set. An empty one is sent as it is.
+    QString mediaId() const;
+    void setMediaId(const QString &mediaId);
+    /// Which creative to build: 1 shake, 2 slide, anything else the plain picture.
+    qint64 adStyle() const;
+    void setAdStyle(qint64 style);
+    /// An item of the host's shown under the ad, at its present height; removed from the window
+    /// when the ad closes. Null for none. The host keeps owning it.
+    QQuickItem *bottomView() const;
+    void setBottomView(QQuickItem *bottomView);
+    /// Kept for the host; the splash ad does not use it.
+    QQuickItem *showAdController() const;
+    void setShowAdController(QQuickItem *controller);
+    /// Kept for the host; the splash ad does not use it.
+    bool portrait() const;
+    void setPortrait(bool portrait);
+
+    /// Requests an ad. Showing is a call of its own.
+    void loadAndShowSplashAdWithWindow(QQuickWindow *window);
+    /// Takes an answer of the exchange as if it had been requested.
+    /// @return whether it held an ad that is now loaded
+    bool handleAdResponse(const QJsonValue &response);
+    /// Covers @p window with the loaded ad and starts its five seconds. Null does nothing.
+    void showSplashAdWithWindow(QQuickWindow *window);
+    /// Fades the ad out and forgets it. Without an ad on screen it does nothing.
+    void closeSplashAd();
+
+    /// The creative on screen, or null.
+    ZNTSplashAdView *splashAdView() const;
+    /// The loaded ad as the exchange sent it, if there is one.
+    std::optional<QJsonObject> adData() const;
+    /// The tracking lists, kept as they were sent.
+    QJsonArray viewUrl3rd() const;
+    QJsonValue clickUrl3rd() const;
+    QJsonArray dpEventUrls() const;
+    /// Seconds left on the countdown.
+    qint64 remainingTime() const;
+    /// Whether the exposure's tracking requests have all completed; once true it stays true.
+    bool hasReportedExposure() const;
+
+    /// Called by the creative at a click.
+    void handleAdClick() override;
+
+private:
+    class Private;
+    const std::unique_ptr<Private> d;
+};
