@@ -1,0 +1,67 @@
+#include "core/tracking.h"
+
+#include "diagnostics/log.h"
+#include "support/httpclient.h"
+
+#include <QJsonArray>
+
+namespace znt {
+
+namespace {
+
+// Lives in the answers still to come; the last one to let go of it closes the group.
+class Group
+{
+public:
+    Group(const TrackingTexts &texts, std::function<void()> finished)
+        : m_texts(texts)
+        , m_finished(std::move(finished))
+    {
+    }
+    Q_DISABLE_COPY_MOVE(Group)
+
+    void answered(const QString &url, const HttpAnswer &answer) const
+    {
+        if (answer.error)
+            logError(m_texts.failed, url, *answer.error);
+        else
+            logInfo(m_texts.succeeded, url);
+    }
+
+    ~Group()
+    {
+        onMainThread([closing = m_texts.closing, finished = std::move(m_finished)] {
+            if (closing)
+                logInfo(closing);
+            if (finished)
+                finished();
+        });
+    }
+
+private:
+    const TrackingTexts m_texts;
+    std::function<void()> m_finished;
+};
+
+} // namespace
+
+void fireTracking(const QJsonValue &urls, const TrackingTexts &texts,
+                  std::function<void()> finished)
+{
+    const QJsonArray list = urls.toArray();
+    HttpClient *client = httpClient(Session::Shared);
+    if (list.isEmpty() || !client)
+        return;
+
+    logInfo(texts.opening);
+    const auto group = std::make_shared<Group>(texts, std::move(finished));
+    for (const QJsonValue &element : list) {
+        const QString url = element.toString();
+        if (url.isEmpty())
+            continue;
+        client->send({.url = QUrl::fromEncoded(url.toUtf8(), QUrl::TolerantMode)},
+                     [group, url](const HttpAnswer &answer) { group->answered(url, answer); });
+    }
+}
+
+} // namespace znt
