@@ -19,11 +19,10 @@ std::function<bool(const QUrl &)> &urlOpener()
 // An ad leads out of the application, never to its files or resources, and runs nothing in it.
 bool leadsOutside(const QUrl &url)
 {
-    static const QStringList closed {
-        QStringLiteral("file"),       QStringLiteral("qrc"),     QStringLiteral("assets"),
-        QStringLiteral("content"),    QStringLiteral("data"),    QStringLiteral("blob"),
-        QStringLiteral("javascript"), QStringLiteral("about"),   QStringLiteral("filesystem"),
-        QStringLiteral("view-source")};
+    static const QStringList closed{QStringLiteral("file"), QStringLiteral("qrc"),
+        QStringLiteral("assets"), QStringLiteral("content"), QStringLiteral("data"),
+        QStringLiteral("blob"), QStringLiteral("javascript"), QStringLiteral("about"),
+        QStringLiteral("filesystem"), QStringLiteral("view-source")};
     // A scheme of one letter is a drive.
     return url.isValid() && url.scheme().size() > 1 && !closed.contains(url.scheme());
 }

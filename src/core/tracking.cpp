@@ -22,10 +22,11 @@ public:
 
     void answered(const QString &url, const HttpAnswer &answer) const
     {
+        const QString where = m_texts.namesUrl ? u'[' + url + u']' : QLatin1String("");
         if (answer.error)
-            logError(m_texts.failed, url, *answer.error);
+            logError("%1 failed%2: %3", QString::fromUtf8(m_texts.name), where, *answer.error);
         else
-            logInfo(m_texts.succeeded, url);
+            logInfo("%1 successful%2", QString::fromUtf8(m_texts.name), where);
     }
 
     ~Group()
@@ -45,8 +46,8 @@ private:
 
 } // namespace
 
-void fireTracking(const QJsonValue &urls, const TrackingTexts &texts,
-                  std::function<void()> finished)
+void fireTracking(
+    const QJsonValue &urls, const TrackingTexts &texts, std::function<void()> finished)
 {
     const QJsonArray list = urls.toArray();
     HttpClient *client = httpClient(Session::Shared);
@@ -60,7 +61,7 @@ void fireTracking(const QJsonValue &urls, const TrackingTexts &texts,
         if (url.isEmpty())
             continue;
         client->send({.url = QUrl::fromEncoded(url.toUtf8(), QUrl::TolerantMode)},
-                     [group, url](const HttpAnswer &answer) { group->answered(url, answer); });
+            [group, url](const HttpAnswer &answer) { group->answered(url, answer); });
     }
 }
 

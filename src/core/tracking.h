@@ -9,20 +9,20 @@
 
 namespace znt {
 
-// The lines that a list's firing writes. In `failed`, %1 is the URL and %2 the error; in `succeeded`,
-// %1 is the URL; either may leave them out.
+// The lines that a list's firing writes: the opening one, "NAME failed[URL]: ERROR" or
+// "NAME successful[URL]" for each answer, and the closing one.
 struct TrackingTexts
 {
     const char *opening;
-    const char *failed;
-    const char *succeeded;
+    const char *name;
     const char *closing = nullptr; // none
+    bool namesUrl = true;
 };
 
-// Nothing happens when `urls` is no list or an empty one. Elements that are no text, and empty texts,
-// are passed over. When every request has been answered, the closing line is written and `finished`
-// runs, on a later turn of the main thread's event loop. Main thread.
-ZNTADS_INTERNAL void fireTracking(const QJsonValue &urls, const TrackingTexts &texts,
-                                  std::function<void()> finished = {});
+// Nothing happens when `urls` is no list or an empty one. Elements that are no text, and empty
+// texts, are passed over. When every request has been answered, the closing line is written and
+// `finished` runs, on a later turn of the main thread's event loop. Main thread.
+ZNTADS_INTERNAL void fireTracking(
+    const QJsonValue &urls, const TrackingTexts &texts, std::function<void()> finished = {});
 
 } // namespace znt

@@ -9,9 +9,9 @@ class QQuickItem;
 
 namespace znt {
 
-// The share of the item, in percent, that its window shows: nothing when the item, or an ancestor, is
-// hidden or has an opacity of exactly 0, when nothing of it is left by clipping ancestors and the
-// window, or when it is in no window.
+// The share of the item, in percent, that its window shows: nothing when the item, or an ancestor,
+// is hidden or has an opacity of exactly 0, when nothing of it is left by clipping ancestors and
+// the window, or when it is in no window.
 ZNTADS_INTERNAL std::optional<double> visibleShare(const QQuickItem *item);
 
 // The same against the window alone, whatever lies between.
