@@ -1,0 +1,11 @@
+// One error, with what is known of the device and the host application, sent to the server.
+#pragma once
+
+#include <QString>
+
+namespace znt {
+
+// From any thread. A null text is left out. Sent once, or not at all without an application object.
+void reportError(const QString &summary, const QString &details);
+
+} // namespace znt

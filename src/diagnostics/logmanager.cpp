@@ -1,0 +1,158 @@
+#include <ZNTAds/ZNTLogManager.h>
+
+#include "diagnostics/errorreport.h"
+#include "diagnostics/log.h"
+#include "diagnostics/logwriter.h"
+#include "support/devicefacts.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QStandardPaths>
+
+#include <atomic>
+#include <cstdlib>
+
+namespace {
+
+QString pathOfToday()
+{
+    return QStringLiteral("%1/Logs/%2.log")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
+            QDate::currentDate().toString(Qt::ISODate));
+}
+
+QString exportPath()
+{
+    const QString time =
+        QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    return QStringLiteral("%1/ZNTAds_Log_%2 +0000.log").arg(QDir::tempPath(), time);
+}
+
+} // namespace
+
+class ZNTLogManager::Private
+{
+public:
+    const QString path = pathOfToday();
+    std::atomic<bool> enabled = false;
+    znt::LogWriter writer{path};
+
+    std::mutex idMutex;
+    QString appId;
+    QString mediaId;
+};
+
+ZNTLogManager *ZNTLogManager::sharedInstance()
+{
+    // Never destroyed: static destructors and late threads may still log.
+    static ZNTLogManager *const instance = [] {
+        auto *manager = new ZNTLogManager;
+        std::atexit([] { sharedInstance()->d->writer.finish(); });
+        return manager;
+    }();
+    return instance;
+}
+
+ZNTLogManager::ZNTLogManager()
+    : d(std::make_unique<Private>())
+{
+}
+
+ZNTLogManager::~ZNTLogManager() = default;
+
+void ZNTLogManager::logInfo(const QString &message)
+{
+    writeLog(message, QStringLiteral("INFO"));
+}
+
+void ZNTLogManager::logWarning(const QString &message)
+{
+    writeLog(message, QStringLiteral("WARNING"));
+}
+
+void ZNTLogManager::logError(const QString &message)
+{
+    writeLog(message, QStringLiteral("ERROR"));
+    reportErrorWithSummary(message, QString());
+}
+
+void ZNTLogManager::writeLog(const QString &message, const QString &level)
+{
+    if (isEnabled())
+        d->writer.append(znt::logText(level), znt::logText(message));
+}
+
+QString ZNTLogManager::currentLogFilePath() const
+{
+    return d->path;
+}
+
+void ZNTLogManager::exportLogsWithCompletion(ExportCompletion completion)
+{
+    d->writer.post([completion = std::move(completion)](znt::LogFile &file) {
+        file.sync();
+        const QString copy = exportPath();
+        const std::optional<ZNTError> error = file.copyTo(copy);
+        if (!completion)
+            return;
+        if (error)
+            completion(std::nullopt, error);
+        else
+            completion(QUrl::fromLocalFile(copy), std::nullopt);
+    });
+    d->writer.flush();
+}
+
+void ZNTLogManager::flushLogBuffer()
+{
+    d->writer.flush();
+}
+
+void ZNTLogManager::setLogEnabled(bool enabled)
+{
+    setEnabled(enabled);
+}
+
+void ZNTLogManager::setEnabled(bool enabled)
+{
+    d->enabled.store(enabled, std::memory_order_relaxed);
+}
+
+bool ZNTLogManager::isEnabled() const
+{
+    return d->enabled.load(std::memory_order_relaxed);
+}
+
+void ZNTLogManager::setupWithAppId(const QString &appId, const QString &mediaId)
+{
+    const std::scoped_lock lock(d->idMutex);
+    d->appId = appId;
+    d->mediaId = mediaId;
+}
+
+QString ZNTLogManager::appId() const
+{
+    const std::scoped_lock lock(d->idMutex);
+    return d->appId;
+}
+
+QString ZNTLogManager::mediaId() const
+{
+    const std::scoped_lock lock(d->idMutex);
+    return d->mediaId;
+}
+
+QString ZNTLogManager::getDeviceModel() const
+{
+    return znt::device::machine();
+}
+
+QString ZNTLogManager::getNetworkStatus() const
+{
+    return QStringLiteral("wifi");
+}
+
+void ZNTLogManager::reportErrorWithSummary(const QString &summary, const QString &details)
+{
+    znt::reportError(summary, details);
+}

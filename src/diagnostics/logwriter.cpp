@@ -1,0 +1,232 @@
+#include "diagnostics/logwriter.h"
+
+#include <QDateTime>
+#include <QStringBuilder>
+
+#include <atomic>
+#include <cstdio>
+
+#ifdef Q_OS_UNIX
+#include <pthread.h>
+#endif
+
+namespace znt {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr qsizetype writeThreshold = 65'536; // UTF-16 units
+constexpr auto writeInterval = 1s;
+// A burst of lines goes to the console in one piece, and wakes the writer once.
+constexpr auto gatherInterval = 20ms;
+// A buffer that a burst has swollen beyond this is given back.
+constexpr qsizetype keptCapacity = 1 << 20;
+
+// Set in a process made by fork(), which has the lines and the locks but not the writer.
+Q_CONSTINIT std::atomic<bool> orphaned{false};
+
+void putDigits(char16_t *end, int count, int number)
+{
+    for (; count > 0; --count, number /= 10)
+        *--end = char16_t(u'0' + number % 10);
+}
+
+// "yyyy-MM-dd HH:mm:ss.SSS"; the view holds until the thread's next call.
+QStringView localTimeStamp()
+{
+    thread_local struct
+    {
+        qint64 second = -1;
+        char16_t text[24] = u"0000-00-00 00:00:00.000";
+    } cache;
+
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    char16_t *const text = cache.text;
+    if (now / 1000 != cache.second) {
+        cache.second = now / 1000;
+        const QDateTime local = QDateTime::fromMSecsSinceEpoch(now);
+        int year = 0;
+        int month = 0;
+        int day = 0;
+        local.date().getDate(&year, &month, &day);
+        putDigits(text + 4, 4, year);
+        putDigits(text + 7, 2, month);
+        putDigits(text + 10, 2, day);
+        putDigits(text + 13, 2, local.time().hour());
+        putDigits(text + 16, 2, local.time().minute());
+        putDigits(text + 19, 2, local.time().second());
+    }
+    putDigits(text + 23, 3, int(now % 1000));
+    return {text, 23};
+}
+
+template <class Text>
+void recycle(Text &text)
+{
+    if (text.capacity() > keptCapacity)
+        text = Text();
+    else
+        text.resize(0);
+}
+
+} // namespace
+
+LogWriter::LogWriter(const QString &path)
+    : m_file(path)
+    , m_thread(QThread::create([this] { run(); }))
+{
+#ifdef Q_OS_UNIX
+    pthread_atfork(nullptr, nullptr, [] { orphaned = true; });
+#endif
+    m_thread->setObjectName(QStringLiteral("com.zntads.logger"));
+    m_thread->start();
+}
+
+void LogWriter::append(QStringView level, QStringView message)
+{
+    if (orphaned.load(std::memory_order_relaxed))
+        return;
+    const QStringView stamp = localTimeStamp();
+    bool wake = false;
+    bool finished = false;
+    {
+        const std::scoped_lock lock(m_mutex);
+        const qsizetype before = m_input.lines.size();
+        m_input.lines += u'[' % stamp % u"][" % level % u"] " % message % u'\n';
+        wake = before == 0 || (before < writeThreshold && m_input.lines.size() >= writeThreshold);
+        finished = m_finished;
+    }
+    if (finished)
+        drain();
+    else if (wake)
+        m_wake.notify_one();
+}
+
+void LogWriter::post(Work work)
+{
+    if (orphaned)
+        return;
+    bool finished = false;
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_input.posted.push_back({m_input.lines.size(), std::move(work)});
+        finished = m_finished;
+    }
+    if (finished)
+        drain();
+    else
+        m_wake.notify_one();
+}
+
+void LogWriter::flush()
+{
+    post([this](LogFile &) { write(); });
+}
+
+void LogWriter::finish()
+{
+    if (orphaned)
+        return;
+    bool isWriter = false;
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_finishing = true;
+        isWriter = m_threadId == QThread::currentThreadId();
+        m_finished |= isWriter; // the process ends out of posted work: this thread has no next turn
+    }
+    m_wake.notify_one();
+    if (!isWriter)
+        m_thread->wait();
+    drain();
+}
+
+void LogWriter::run()
+{
+    m_file.open();
+    std::unique_lock lock(m_mutex);
+    m_threadId = QThread::currentThreadId();
+    while (!m_finishing) {
+        waitForInput(lock);
+        lock.unlock();
+        workOff();
+        lock.lock();
+    }
+    m_finished = true;
+    lock.unlock();
+    drain();
+}
+
+void LogWriter::waitForInput(std::unique_lock<std::mutex> &lock)
+{
+    const auto urgent = [this] {
+        return m_finishing || !m_input.posted.empty() || m_input.lines.size() >= writeThreshold;
+    };
+    const auto any = [&] { return urgent() || !m_input.lines.isEmpty(); };
+    if (m_unwritten.isEmpty())
+        m_wake.wait(lock, any);
+    else
+        m_wake.wait_until(lock, m_writeAt, any);
+    if (!m_input.lines.isEmpty())
+        m_wake.wait_for(lock, gatherInterval, urgent);
+}
+
+// False when there was nothing to do. All state is the object's own, because posted work may come
+// back here: by logging after finish(), or by ending the process.
+bool LogWriter::workOff()
+{
+    const std::scoped_lock turn(m_turn);
+    const bool worked = m_batch.isDone() ? takeOver() : true;
+    while (!m_batch.posted.empty()) {
+        const Posted next = std::move(m_batch.posted.front());
+        m_batch.posted.pop_front();
+        printTo(next.position);
+        next.work(m_file);
+    }
+    printTo(m_batch.lines.size());
+    if (m_unwrittenUnits >= writeThreshold || Clock::now() >= m_writeAt)
+        write();
+    return worked;
+}
+
+bool LogWriter::takeOver()
+{
+    recycle(m_batch.lines);
+    m_batch.printed = 0;
+    const std::scoped_lock lock(m_mutex);
+    m_batch.lines.swap(m_input.lines);
+    m_batch.posted.swap(m_input.posted);
+    return !m_batch.isDone();
+}
+
+void LogWriter::drain()
+{
+    const std::scoped_lock turn(m_turn);
+    while (workOff()) { }
+    write();
+}
+
+void LogWriter::printTo(qsizetype position)
+{
+    const qsizetype count = position - m_batch.printed;
+    if (count <= 0)
+        return;
+    if (m_unwritten.isEmpty())
+        m_writeAt = Clock::now() + writeInterval;
+    const QByteArray text = QStringView(m_batch.lines).sliced(m_batch.printed, count).toUtf8();
+    m_batch.printed = position;
+    m_unwritten += text;
+    m_unwrittenUnits += count;
+    std::fwrite(text.constData(), 1, size_t(text.size()), stderr);
+}
+
+void LogWriter::write()
+{
+    if (m_unwritten.isEmpty())
+        return;
+    m_file.append(m_unwritten);
+    recycle(m_unwritten);
+    m_unwrittenUnits = 0;
+}
+
+} // namespace znt

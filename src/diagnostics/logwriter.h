@@ -1,0 +1,79 @@
+// Collects the lines of all threads and works them off, in order, on a thread of its own.
+#pragma once
+
+#include "diagnostics/logfile.h"
+
+#include <QString>
+#include <QThread>
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace znt {
+
+class LogWriter
+{
+public:
+    using Work = std::function<void(LogFile &)>;
+
+    explicit LogWriter(const QString &path);
+    Q_DISABLE_COPY_MOVE(LogWriter)
+
+    // From any thread; takes no longer than copying the line.
+    void append(QStringView level, QStringView message);
+    // Does the work behind the lines and the work that came before it.
+    void post(Work work);
+    // Writes waiting lines to the file, behind what came before.
+    void flush();
+
+    // Writes everything and ends the thread. From then on callers write their lines themselves.
+    void finish();
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Posted
+    {
+        qsizetype position; // behind that many units of the lines
+        Work work;
+    };
+
+    struct Batch
+    {
+        QString lines;
+        std::deque<Posted> posted;
+        qsizetype printed = 0; // of the lines
+
+        bool isDone() const { return printed == lines.size() && posted.empty(); }
+    };
+
+    void run();
+    void waitForInput(std::unique_lock<std::mutex> &lock);
+    bool workOff();
+    bool takeOver();
+    void drain();
+    void printTo(qsizetype position);
+    void write();
+
+    std::mutex m_mutex; // guards what callers hand over
+    std::condition_variable m_wake;
+    Batch m_input;
+    bool m_finishing = false;
+    bool m_finished = false;
+    Qt::HANDLE m_threadId = nullptr;
+
+    std::recursive_mutex m_turn; // guards the rest; recursive because the work may log
+    LogFile m_file;
+    Batch m_batch;
+    QByteArray m_unwritten;
+    qsizetype m_unwrittenUnits = 0;
+    Clock::time_point m_writeAt;
+
+    const std::unique_ptr<QThread> m_thread;
+};
+
+} // namespace znt
