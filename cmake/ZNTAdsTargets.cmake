@@ -3,6 +3,7 @@
 option(ZNTADS_WERROR "Treat warnings as errors" OFF)
 set(ZNTADS_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 
+# znt_configure_target(TARGET [NO_PCH])
 function(znt_configure_target target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow
         -Wnon-virtual-dtor -Woverloaded-virtual $<$<BOOL:${ZNTADS_WERROR}>:-Werror>)
@@ -13,5 +14,7 @@ function(znt_configure_target target)
             -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
         target_link_options(${target} PRIVATE -fsanitize=${ZNTADS_SANITIZE})
     endif()
-    target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src/pch.h)
+    if(NOT "NO_PCH" IN_LIST ARGN)
+        target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src/pch.h)
+    endif()
 endfunction()
