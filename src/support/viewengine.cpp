@@ -1,0 +1,83 @@
+#include "support/viewengine.h"
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+
+#include <memory>
+
+namespace znt {
+
+namespace {
+
+void fill(QQuickItem *looks, const QQuickItem *view)
+{
+    const auto follow = [looks, view] { looks->setSize(view->size()); };
+    QObject::connect(view, &QQuickItem::widthChanged, looks, follow);
+    QObject::connect(view, &QQuickItem::heightChanged, looks, follow);
+    follow();
+}
+
+class ViewEngine
+{
+public:
+    QQmlComponent *component(const QString &name)
+    {
+        QQmlComponent *&known = m_components[name];
+        if (!known) {
+            const QString url =
+                QStringLiteral("qrc:/qt-project.org/imports/ZNTAds/%1.qml").arg(name);
+            known = new QQmlComponent(&m_engine, QUrl(url), &m_engine);
+        }
+        return known;
+    }
+
+    QQuickItem *create(const QString &name, QQuickItem *view)
+    {
+        QQmlComponent *source = component(name);
+        std::unique_ptr<QObject> root(source->beginCreate(m_engine.rootContext()));
+        auto *looks = qobject_cast<QQuickItem *>(root.get());
+        if (!looks) {
+            qWarning("%ls", qUtf16Printable(source->errorString()));
+            return nullptr;
+        }
+        looks->setParent(view);
+        looks->setParentItem(view);
+        fill(looks, view);
+        source->setInitialProperties(
+            looks, {{QStringLiteral("view"), QVariant::fromValue<QObject *>(view)}});
+        source->completeCreate();
+        root.release();
+        return looks;
+    }
+
+private:
+    QQmlEngine m_engine;
+    QHash<QString, QQmlComponent *> m_components;
+};
+
+ViewEngine *engine = nullptr;
+
+void endEngine()
+{
+    delete std::exchange(engine, nullptr);
+}
+
+ViewEngine *startedEngine()
+{
+    if (!engine && QCoreApplication::instance()) {
+        engine = new ViewEngine;
+        qAddPostRoutine(endEngine);
+    }
+    return engine;
+}
+
+} // namespace
+
+QQuickItem *createLooks(QQuickItem *view, const QString &name)
+{
+    ViewEngine *with = startedEngine();
+    return with ? with->create(name, view) : nullptr;
+}
+
+} // namespace znt

@@ -1,0 +1,22 @@
+// Gives a C++ view its looks: one QML file of the library's module.
+#pragma once
+
+#include <ZNTAds/ZNTAdsGlobal.h>
+
+#include <QString>
+
+class QQuickItem;
+
+namespace znt {
+
+// Creates `name`.qml for `view`: an item that fills the view and knows it as its property `view`,
+// set before the first binding runs. Null, with a warning of Qt's, if it cannot be created.
+//
+// The looks belong to the view as a QObject child. The view's own destructor must delete them
+// first, as their bindings read the view until they are gone.
+//
+// All looks share one engine of the library's own. It ends with the application object; looks that
+// outlive it stay valid items whose bindings no longer follow.
+ZNTADS_INTERNAL QQuickItem *createLooks(QQuickItem *view, const QString &name);
+
+} // namespace znt
