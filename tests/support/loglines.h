@@ -1,0 +1,47 @@
+// The library's log, as a test sees it.
+#pragma once
+
+#include <ZNTAds/ZNTLogManager.h>
+
+#include <QFile>
+#include <QSemaphore>
+#include <QStringList>
+
+namespace znt::test {
+
+// Switches logging on and reads what has been logged since the last look, as "LEVEL text".
+class LogLines
+{
+public:
+    LogLines()
+    {
+        m_log->setEnabled(true);
+        take();
+    }
+
+    QStringList take()
+    {
+        QSemaphore written;
+        m_log->flushLogBuffer();
+        m_log->exportLogsWithCompletion([&](auto, auto) { written.release(); });
+        written.acquire();
+
+        QFile file(m_log->currentLogFilePath());
+        if (!file.open(QIODevice::ReadOnly) || !file.seek(m_position))
+            return {};
+        const QStringList lines =
+            QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+        m_position = file.pos();
+
+        QStringList result;
+        for (const QString &line : lines)
+            result.append(line.section(u'[', 2).replace(QLatin1String("] "), QLatin1String(" ")));
+        return result;
+    }
+
+private:
+    ZNTLogManager *const m_log = ZNTLogManager::sharedInstance();
+    qint64 m_position = 0;
+};
+
+} // namespace znt::test
