@@ -28,11 +28,22 @@ QString exportPath()
     return QStringLiteral("%1/ZNTAds_Log_%2 +0000.log").arg(QDir::tempPath(), time);
 }
 
+QStringView shown(const QString &text)
+{
+    return text.isNull() ? QStringView(u"(null)") : text;
+}
+
 } // namespace
 
 class ZNTLogManager::Private
 {
 public:
+    void write(const QString &message, QStringView level)
+    {
+        if (enabled.load(std::memory_order_relaxed))
+            writer.append(level, shown(message));
+    }
+
     const QString path = pathOfToday();
     std::atomic<bool> enabled = false;
     znt::LogWriter writer{path};
@@ -62,24 +73,23 @@ ZNTLogManager::~ZNTLogManager() = default;
 
 void ZNTLogManager::logInfo(const QString &message)
 {
-    writeLog(message, QStringLiteral("INFO"));
+    d->write(message, u"INFO");
 }
 
 void ZNTLogManager::logWarning(const QString &message)
 {
-    writeLog(message, QStringLiteral("WARNING"));
+    d->write(message, u"WARNING");
 }
 
 void ZNTLogManager::logError(const QString &message)
 {
-    writeLog(message, QStringLiteral("ERROR"));
+    d->write(message, u"ERROR");
     reportErrorWithSummary(message, QString());
 }
 
 void ZNTLogManager::writeLog(const QString &message, const QString &level)
 {
-    if (isEnabled())
-        d->writer.append(znt::logText(level), znt::logText(message));
+    d->write(message, shown(level));
 }
 
 QString ZNTLogManager::currentLogFilePath() const

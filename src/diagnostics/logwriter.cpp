@@ -1,7 +1,6 @@
 #include "diagnostics/logwriter.h"
 
 #include <QDateTime>
-#include <QStringBuilder>
 
 #include <atomic>
 #include <cstdio>
@@ -32,33 +31,22 @@ void putDigits(char16_t *end, int count, int number)
         *--end = char16_t(u'0' + number % 10);
 }
 
-// "yyyy-MM-dd HH:mm:ss.SSS"; the view holds until the thread's next call.
-QStringView localTimeStamp()
+char16_t *put(QStringView text, char16_t *end)
 {
-    thread_local struct
-    {
-        qint64 second = -1;
-        char16_t text[24] = u"0000-00-00 00:00:00.000";
-    } cache;
+    return std::copy_n(text.utf16(), text.size(), end);
+}
 
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    char16_t *const text = cache.text;
-    if (now / 1000 != cache.second) {
-        cache.second = now / 1000;
-        const QDateTime local = QDateTime::fromMSecsSinceEpoch(now);
-        int year = 0;
-        int month = 0;
-        int day = 0;
-        local.date().getDate(&year, &month, &day);
-        putDigits(text + 4, 4, year);
-        putDigits(text + 7, 2, month);
-        putDigits(text + 10, 2, day);
-        putDigits(text + 13, 2, local.time().hour());
-        putDigits(text + 16, 2, local.time().minute());
-        putDigits(text + 19, 2, local.time().second());
-    }
-    putDigits(text + 23, 3, int(now % 1000));
-    return {text, 23};
+void appendLine(QString &lines, QStringView start, QStringView level, QStringView message)
+{
+    const qsizetype before = lines.size();
+    lines.resize(before + start.size() + level.size() + message.size() + 3);
+    char16_t *end = reinterpret_cast<char16_t *>(lines.data()) + before;
+    end = put(start, end);
+    end = put(level, end);
+    *end++ = u']';
+    *end++ = u' ';
+    end = put(message, end);
+    *end = u'\n';
 }
 
 template <class Text>
@@ -71,6 +59,29 @@ void recycle(Text &text)
 }
 
 } // namespace
+
+QStringView LineStart::at(qint64 time)
+{
+    if (time == m_time)
+        return {m_text, 26};
+    m_time = time;
+    if (time / 1000 != m_second) {
+        m_second = time / 1000;
+        const QDateTime local = QDateTime::fromMSecsSinceEpoch(time);
+        int year = 0;
+        int month = 0;
+        int day = 0;
+        local.date().getDate(&year, &month, &day);
+        putDigits(m_text + 5, 4, year);
+        putDigits(m_text + 8, 2, month);
+        putDigits(m_text + 11, 2, day);
+        putDigits(m_text + 14, 2, local.time().hour());
+        putDigits(m_text + 17, 2, local.time().minute());
+        putDigits(m_text + 20, 2, local.time().second());
+    }
+    putDigits(m_text + 24, 3, int(time % 1000));
+    return {m_text, 26};
+}
 
 LogWriter::LogWriter(const QString &path)
     : m_file(path)
@@ -87,13 +98,13 @@ void LogWriter::append(QStringView level, QStringView message)
 {
     if (orphaned.load(std::memory_order_relaxed))
         return;
-    const QStringView stamp = localTimeStamp();
+    const qint64 time = QDateTime::currentMSecsSinceEpoch();
     bool wake = false;
     bool finished = false;
     {
         const std::scoped_lock lock(m_mutex);
         const qsizetype before = m_input.lines.size();
-        m_input.lines += u'[' % stamp % u"][" % level % u"] " % message % u'\n';
+        appendLine(m_input.lines, m_lineStart.at(time), level, message);
         wake = before == 0 || (before < writeThreshold && m_input.lines.size() >= writeThreshold);
         finished = m_finished;
     }

@@ -15,6 +15,19 @@
 
 namespace znt {
 
+// "[yyyy-MM-dd HH:mm:ss.SSS][" in local time, formatted anew only when the second changes.
+class LineStart
+{
+public:
+    // Holds until the next call. The time is in milliseconds since 1970.
+    QStringView at(qint64 time);
+
+private:
+    qint64 m_time = -1;
+    qint64 m_second = -1;
+    char16_t m_text[27] = u"[0000-00-00 00:00:00.000][";
+};
+
 class LogWriter
 {
 public:
@@ -62,6 +75,7 @@ private:
     std::mutex m_mutex; // guards what callers hand over
     std::condition_variable m_wake;
     Batch m_input;
+    LineStart m_lineStart;
     bool m_finishing = false;
     bool m_finished = false;
     Qt::HANDLE m_threadId = nullptr;
