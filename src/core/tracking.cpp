@@ -13,7 +13,7 @@ namespace {
 class Group
 {
 public:
-    Group(const TrackingTexts &texts, std::function<void()> finished)
+    Group(const FiringTexts &texts, std::function<void()> finished)
         : m_texts(texts)
         , m_finished(std::move(finished))
     {
@@ -40,14 +40,13 @@ public:
     }
 
 private:
-    const TrackingTexts m_texts;
+    const FiringTexts m_texts;
     std::function<void()> m_finished;
 };
 
 } // namespace
 
-void fireTracking(
-    const QJsonValue &urls, const TrackingTexts &texts, std::function<void()> finished)
+void fireTracking(const QJsonValue &urls, const FiringTexts &texts, std::function<void()> finished)
 {
     const QJsonArray list = urls.toArray();
     HttpClient *client = httpClient(Session::Shared);

@@ -11,7 +11,7 @@ namespace znt {
 
 // The lines that a list's firing writes: the opening one, "NAME failed[URL]: ERROR" or
 // "NAME successful[URL]" for each answer, and the closing one.
-struct TrackingTexts
+struct FiringTexts
 {
     const char *opening;
     const char *name;
@@ -23,6 +23,6 @@ struct TrackingTexts
 // texts, are passed over. When every request has been answered, the closing line is written and
 // `finished` runs, on a later turn of the main thread's event loop. Main thread.
 ZNTADS_INTERNAL void fireTracking(
-    const QJsonValue &urls, const TrackingTexts &texts, std::function<void()> finished = {});
+    const QJsonValue &urls, const FiringTexts &texts, std::function<void()> finished = {});
 
 } // namespace znt

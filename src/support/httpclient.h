@@ -17,8 +17,8 @@ struct HttpRequest
 {
     QUrl url;
     QByteArray method = "GET";
-    QList<QPair<QByteArray, QByteArray>> headers {};
-    QByteArray body {};
+    QList<QPair<QByteArray, QByteArray>> headers{};
+    QByteArray body{};
 };
 
 struct HttpAnswer
@@ -26,7 +26,7 @@ struct HttpAnswer
     // A failure of the transfer itself. An HTTP status never is one.
     std::optional<ZNTError> error;
     int status = 0;
-    QByteArray body {};
+    QByteArray body{};
 };
 
 struct HttpLimits

@@ -113,4 +113,11 @@ QString text(const QJsonValue &value)
     return QString::fromUtf8(list.mid(1, list.size() - 2));
 }
 
+QString display(const QJsonValue &value)
+{
+    if (value.isUndefined() || value.isNull())
+        return {};
+    return value.isString() ? string(value) : text(value);
+}
+
 } // namespace znt::json

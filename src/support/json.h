@@ -36,5 +36,7 @@ ZNTADS_INTERNAL Parsed parse(const QByteArray &text);
 ZNTADS_INTERNAL QByteArray compact(const QJsonObject &object);
 // Compact text of any value, for log lines.
 ZNTADS_INTERNAL QString text(const QJsonValue &value);
+// The same, but a string stands for itself and absence is a null text.
+ZNTADS_INTERNAL QString display(const QJsonValue &value);
 
 } // namespace znt::json

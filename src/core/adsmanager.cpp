@@ -1,0 +1,447 @@
+#include <ZNTAds/ZNTAdsManager.h>
+
+#include "core/networkstatus.h"
+#include "core/requestbody.h"
+#include "core/userdefaults.h"
+#include "diagnostics/log.h"
+#include "support/devicefacts.h"
+#include "support/endpoints.h"
+#include "support/httpclient.h"
+#include "support/json.h"
+
+#include <ZNTAds/ZNTAdsResponseFactory.h>
+
+#include <QDateTime>
+#include <QMutex>
+#include <QThreadPool>
+
+#include <atomic>
+
+using namespace znt;
+
+namespace {
+
+constexpr auto freqCtrlArgKey = "ZNTAds_FreqCtrlArg";
+constexpr auto interactionCtrlArgKey = "ZNTAds_InteractionCtrlArg";
+
+HttpRequest httpRequest(const QUrl &url, const QString &method,
+    const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers)
+{
+    HttpRequest request{.url = url, .method = method.toLatin1()};
+    for (auto it = headers.begin(); it != headers.end(); ++it) {
+        const QByteArray value = it->toUtf8();
+        // A null value would take the header away.
+        request.headers.append({it.key().toLatin1(), value.isNull() ? QByteArray("") : value});
+    }
+    if (params && method == u"POST")
+        request.body = json::compact(*params);
+    return request;
+}
+
+QString textOf(const QMap<QString, QString> &headers)
+{
+    QJsonObject object;
+    for (auto it = headers.begin(); it != headers.end(); ++it)
+        object.insert(it.key(), it.value());
+    return json::text(object);
+}
+
+// The settings that a configuration answer brings, if it brings any.
+std::optional<ZNTInteractionCtrlArg> interactionCtrlArgOf(const QJsonObject &configuration)
+{
+    const auto element = json::object(configuration.value(u"ixCtrlArgs").toArray().at(0));
+    if (!element)
+        return {};
+    const auto number = [&element](
+                            QStringView key) { return json::integer32(element->value(key)); };
+    ZNTInteractionCtrlArg arg;
+    arg.setAdType(number(u"adType"));
+    arg.setAutoPlay(number(u"autoPlay"));
+    arg.setCanClose(number(u"canClose"));
+    arg.setCanSkip(number(u"canSkip"));
+    arg.setClickArea(number(u"clickArea"));
+    arg.setClickTriggerType(number(u"clickTriggerType"));
+    arg.setCloseBtnPos(number(u"closeBtnPos"));
+    arg.setCloseType(number(u"closeType"));
+    arg.setSkipType(number(u"skipType"));
+    arg.setSupportSelfRender(number(u"supportSelfRender"));
+    if (const auto shake = json::object(element->value(u"shakeArgs").toArray().at(0)))
+        arg.setShakeArgs({ZNTShakeSlopArg::initWithDictionary(*shake)});
+    return arg;
+}
+
+ZNTError refusal(const ZNTAdsResponse &response)
+{
+    const QString message = response.message();
+    return {QStringLiteral("ZNTAdsManager"), response.code(),
+        message.isNull() ? QStringLiteral("Unknown error") : message};
+}
+
+} // namespace
+
+class ZNTAdsManager::Private
+{
+public:
+    Identity currentIdentity() const
+    {
+        const QMutexLocker lock(&mutex);
+        return identity;
+    }
+    QMap<QString, QString> headersNow() const
+    {
+        return signedHeaders(currentIdentity(), QDateTime::currentSecsSinceEpoch());
+    }
+
+    void watchDevice();
+    void loadAdConfig();
+    void readConfiguration(const HttpAnswer &answer);
+    void readResponse(const QByteArray &body, Completion completion);
+
+    // Requests may start on any thread; the lock is for their sake.
+    mutable QMutex mutex;
+    Identity identity;
+
+    std::atomic<bool> isTestMode{false};
+    std::atomic<bool> isLogEnabled{false};
+    std::atomic<bool> isWiFi{false};
+    std::atomic<double> exposureRatio{70.0};
+    std::atomic<bool> watchesDevice{false};
+    QString baseUrl;
+    std::optional<ZNTFreqCtrlArg> freqCtrlArg;
+    std::optional<ZNTInteractionCtrlArg> interactionCtrlArg;
+};
+
+// Screen and network path can be watched only while there is an application.
+void ZNTAdsManager::Private::watchDevice()
+{
+    const QCoreApplication *application = QCoreApplication::instance();
+    if (!application || watchesDevice.exchange(true))
+        return;
+    if (application->thread() == QThread::currentThread())
+        device::watchScreen();
+    else
+        onMainThread(device::watchScreen);
+    followNetworkPath([this](bool wiFi) { isWiFi = wiFi; });
+}
+
+ZNTAdsManager *ZNTAdsManager::sharedInstance()
+{
+    // Never destroyed: late callbacks and other threads may still come to it.
+    static ZNTAdsManager *const instance = new ZNTAdsManager;
+    return instance;
+}
+
+ZNTAdsManager::ZNTAdsManager()
+    : d(std::make_unique<Private>())
+{
+    loadFreqCtrlArgFromLocal();
+    loadInteractionCtrlArgFromLocal();
+    d->watchDevice();
+    d->baseUrl = endpoint(Endpoint::AdRequest).toString();
+    const QString stored = json::string(userdefaults::read(QStringLiteral("ZNTAds_BaseUrl")));
+    if (!stored.isNull())
+        d->baseUrl = stored;
+}
+
+ZNTAdsManager::~ZNTAdsManager() = default;
+
+void ZNTAdsManager::initializeWithAppId(
+    const QString &appId, const QString &mediaId, const QString &secret)
+{
+    setAppId(appId);
+    setMediaId(mediaId);
+    setSecret(secret);
+    d->watchDevice();
+    d->loadAdConfig();
+}
+
+void ZNTAdsManager::requestAdWithPositionId(
+    const QString &positionId, double bidPrice, AdSuccess success, AdFailure failure)
+{
+    const QJsonObject body = adRequestBody(d->currentIdentity(), getNetworkType(),
+        {.positionId = positionId, .bidPrice = bidPrice, .test = d->isTestMode});
+    sendRequestWithURL(endpoint(Endpoint::AdRequest).toString(), QStringLiteral("POST"), body,
+        d->headersNow(),
+        [success = std::move(success), failure = std::move(failure)](
+            const std::optional<ZNTAdsResponse> &response, const std::optional<ZNTError> &error) {
+            if (error || !response->isValid()) {
+                if (failure)
+                    failure(error ? *error : refusal(*response));
+            } else if (success) {
+                success(response->toDictionary());
+            }
+        });
+}
+
+void ZNTAdsManager::sendRequestWithURL(const QString &url, const QString &method,
+    const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers,
+    Completion completion)
+{
+    HttpClient *client = httpClient(Session::Exchange);
+    if (!client)
+        return;
+    if (d->isLogEnabled) {
+        logInfo("Request URL: %1", url);
+        logInfo("Request Headers: %1", textOf(headers));
+        logInfo("Request Params: %1", params ? json::text(*params) : QString());
+    }
+    if (!completion)
+        completion = [](const auto &...) {};
+    client->send(httpRequest(QUrl(url), method, params, headers),
+        [this, completion = std::move(completion)](const HttpAnswer &answer) mutable {
+            if (!answer.error) {
+                d->readResponse(answer.body, std::move(completion));
+                return;
+            }
+            if (d->isLogEnabled)
+                logError("Network Error: %1", *answer.error);
+            completion({}, answer.error);
+        });
+}
+
+// An answer may be megabytes; reading it is no work for the main thread. The completion is moved
+// along, so that it dies on the main thread too.
+void ZNTAdsManager::Private::readResponse(const QByteArray &body, Completion completion)
+{
+    QThreadPool::globalInstance()->start(
+        [this, body, completion = std::move(completion)]() mutable {
+            const json::Parsed parsed = json::parse(body);
+            std::optional<ZNTAdsResponse> response;
+            if (parsed.error) {
+                if (isLogEnabled)
+                    logError("JSON Parse Error: %1", *parsed.error);
+            } else {
+                if (isLogEnabled)
+                    logInfo("Response: %1", json::text(parsed.value));
+                response = ZNTAdsResponseFactory::createFromServerResponse(parsed.value);
+            }
+            onMainThread([completion = std::move(completion), response, error = parsed.error] {
+                completion(response, error);
+            });
+        });
+}
+
+void ZNTAdsManager::sendNegativeFeedbackWithType(
+    qint64 type, const QString &bizId, const QJsonValue &ext, FeedbackCompletion completion)
+{
+    const QJsonObject body = feedbackBody(
+        d->currentIdentity(), getNetworkType(), {.type = type, .bizId = bizId, .ext = ext});
+    sendRequestWithURL(endpoint(Endpoint::NegativeFeedback).toString(), QStringLiteral("POST"),
+        body, d->headersNow(),
+        [completion = std::move(completion)](
+            const std::optional<ZNTAdsResponse> &response, const std::optional<ZNTError> &error) {
+            if (!completion)
+                return;
+            if (error || !response->isValid())
+                completion(false, error ? *error : refusal(*response));
+            else
+                completion(true, {});
+        });
+}
+
+// Asked for once, at registration.
+void ZNTAdsManager::Private::loadAdConfig()
+{
+    const QJsonObject body{{QStringLiteral("releaseDateTime"), QLatin1String("")},
+        {QStringLiteral("version"), QLatin1String("")}};
+    const QMap<QString, QString> headers = headersNow();
+    HttpClient *client = httpClient(Session::Exchange);
+    if (!client)
+        return;
+    if (isLogEnabled)
+        logInfo("Config Request - Headers: %1, Params: %2", textOf(headers), json::text(body));
+    client->send(
+        httpRequest(endpoint(Endpoint::Configuration), QStringLiteral("POST"), body, headers),
+        [this](const HttpAnswer &answer) { readConfiguration(answer); });
+}
+
+void ZNTAdsManager::Private::readConfiguration(const HttpAnswer &answer)
+{
+    if (answer.error) {
+        if (isLogEnabled)
+            logError("Config Request Failed: %1", *answer.error);
+        return;
+    }
+    json::Parsed parsed = json::parse(answer.body);
+    if (!parsed.error && !parsed.value.isObject())
+        parsed.error = ZNTError(
+            QStringLiteral("ZNTAdsManager"), 500, QStringLiteral("Invalid response format"));
+    if (parsed.error) {
+        if (isLogEnabled)
+            logError("Config Parse Error: %1", *parsed.error);
+        return;
+    }
+    const QJsonObject configuration = parsed.value.toObject();
+    if (isLogEnabled)
+        logInfo("Config Response: %1", json::text(configuration));
+
+    if (const auto arg = interactionCtrlArgOf(configuration))
+        ZNTAdsManager::sharedInstance()->updateInteractionCtrlArg(arg);
+    const QJsonValue version = configuration.value(u"version");
+    const QJsonValue releaseDateTime = configuration.value(u"releaseDateTime");
+    const bool enableAdLog = json::integer(configuration.value(u"enableAdLog")) == 1;
+    userdefaults::store({{QStringLiteral("ZNTAds_ReleaseDateTime"), releaseDateTime},
+        {QStringLiteral("ZNTAds_Version"), version},
+        {QStringLiteral("ZNTAds_EnableAdLog"), enableAdLog}});
+    if (isLogEnabled)
+        logInfo("Config Updated - Version: %1, ReleaseDateTime: %2", json::display(version),
+            json::display(releaseDateTime));
+}
+
+QString ZNTAdsManager::sha256(const QString &text) const
+{
+    return sha256Hex(text);
+}
+
+void ZNTAdsManager::setExposureRatio(double percent)
+{
+    d->exposureRatio = percent >= 0 ? qMin(percent, 100.0) : 0.0; // not a number: 0
+    if (d->isLogEnabled)
+        logInfo("Exposure ratio updated to: %1%", QString::number(d->exposureRatio, 'f', 1));
+}
+
+double ZNTAdsManager::currentExposureRatio() const
+{
+    return d->exposureRatio;
+}
+
+void ZNTAdsManager::setTestMode(bool testMode)
+{
+    setIsTestMode(testMode);
+    if (d->isLogEnabled)
+        logInfo("Test mode %1", testMode ? QStringLiteral("enabled") : QStringLiteral("disabled"));
+}
+
+void ZNTAdsManager::setIsTestMode(bool testMode)
+{
+    d->isTestMode = testMode;
+}
+
+bool ZNTAdsManager::isTestMode() const
+{
+    return d->isTestMode;
+}
+
+void ZNTAdsManager::setLogEnabled(bool enabled)
+{
+    setIsLogEnabled(enabled);
+    ZNTLogManager::sharedInstance()->setLogEnabled(enabled);
+    logInfo("Log %1", enabled ? QStringLiteral("enabled") : QStringLiteral("disabled"));
+}
+
+void ZNTAdsManager::setIsLogEnabled(bool enabled)
+{
+    d->isLogEnabled = enabled;
+}
+
+bool ZNTAdsManager::isLogEnabled() const
+{
+    return d->isLogEnabled;
+}
+
+QString ZNTAdsManager::appId() const
+{
+    return d->currentIdentity().appId;
+}
+
+void ZNTAdsManager::setAppId(const QString &appId)
+{
+    const QMutexLocker lock(&d->mutex);
+    d->identity.appId = appId;
+}
+
+QString ZNTAdsManager::mediaId() const
+{
+    return d->currentIdentity().mediaId;
+}
+
+void ZNTAdsManager::setMediaId(const QString &mediaId)
+{
+    const QMutexLocker lock(&d->mutex);
+    d->identity.mediaId = mediaId;
+}
+
+void ZNTAdsManager::setSecret(const QString &secret)
+{
+    const QMutexLocker lock(&d->mutex);
+    d->identity.secret = secret;
+}
+
+QString ZNTAdsManager::baseUrl() const
+{
+    return d->baseUrl;
+}
+
+void ZNTAdsManager::setBaseUrl(const QString &baseUrl)
+{
+    d->baseUrl = baseUrl;
+}
+
+QString ZNTAdsManager::getNetworkType() const
+{
+    return d->isWiFi ? QStringLiteral("wifi") : QStringLiteral("unknown");
+}
+
+bool ZNTAdsManager::isWiFi() const
+{
+    return d->isWiFi;
+}
+
+void ZNTAdsManager::setIsWiFi(bool isWiFi)
+{
+    d->isWiFi = isWiFi;
+}
+
+std::optional<ZNTFreqCtrlArg> ZNTAdsManager::freqCtrlArg() const
+{
+    return d->freqCtrlArg;
+}
+
+void ZNTAdsManager::setFreqCtrlArg(const std::optional<ZNTFreqCtrlArg> &arg)
+{
+    d->freqCtrlArg = arg;
+}
+
+std::optional<ZNTInteractionCtrlArg> ZNTAdsManager::interactionCtrlArg() const
+{
+    return d->interactionCtrlArg;
+}
+
+void ZNTAdsManager::setInteractionCtrlArg(const std::optional<ZNTInteractionCtrlArg> &arg)
+{
+    d->interactionCtrlArg = arg;
+}
+
+void ZNTAdsManager::updateInteractionCtrlArg(const std::optional<ZNTInteractionCtrlArg> &arg)
+{
+    if (!arg)
+        return;
+    d->interactionCtrlArg = arg;
+    const QJsonObject dictionary = arg->toDictionary();
+    userdefaults::store({{QString::fromLatin1(interactionCtrlArgKey), dictionary}});
+    if (d->isLogEnabled)
+        logInfo("Interaction control arguments updated: %1", json::text(dictionary));
+}
+
+namespace {
+
+// The record stored under the key, or a plain new one when nothing is.
+template <class Record>
+std::optional<Record> storedRecord(const char *key)
+{
+    const QJsonValue stored = userdefaults::read(QString::fromLatin1(key));
+    return stored.isUndefined() ? std::optional<Record>(std::in_place)
+                                : Record::initWithDictionary(stored);
+}
+
+} // namespace
+
+void ZNTAdsManager::loadFreqCtrlArgFromLocal()
+{
+    d->freqCtrlArg = storedRecord<ZNTFreqCtrlArg>(freqCtrlArgKey);
+}
+
+void ZNTAdsManager::loadInteractionCtrlArgFromLocal()
+{
+    d->interactionCtrlArg = storedRecord<ZNTInteractionCtrlArg>(interactionCtrlArgKey);
+}

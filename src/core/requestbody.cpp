@@ -1,0 +1,107 @@
+#include "core/requestbody.h"
+
+#include "support/devicefacts.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QJsonArray>
+#include <QUuid>
+
+namespace znt {
+
+namespace {
+
+// A missing text is sent as an empty one.
+QJsonValue text(const QString &value)
+{
+    return value.isNull() ? QJsonValue(QLatin1String("")) : QJsonValue(value);
+}
+
+QJsonObject appObject(const Identity &identity)
+{
+    return {
+        {QStringLiteral("appId"), text(identity.appId)},
+        {QStringLiteral("mediaId"), text(identity.mediaId)},
+        {QStringLiteral("appName"), text(QCoreApplication::applicationName())},
+        {QStringLiteral("packageName"), text(QCoreApplication::organizationDomain())},
+        {QStringLiteral("version"), text(QCoreApplication::applicationVersion())},
+    };
+}
+
+QJsonObject deviceObject(const QString &networkType)
+{
+    const QSize screen = device::screenPoints();
+    return {
+        {QStringLiteral("os"), QStringLiteral("2")},
+        {QStringLiteral("osv"), text(device::systemVersion())},
+        {QStringLiteral("make"), QStringLiteral("Apple")},
+        {QStringLiteral("model"), text(device::kind())},
+        {QStringLiteral("screenWidth"), screen.width()},
+        {QStringLiteral("screenHeight"), screen.height()},
+        {QStringLiteral("idfa"), text(device::advertisingId())},
+        {QStringLiteral("idfv"), text(device::vendorId())},
+        {QStringLiteral("connType"), text(networkType)},
+    };
+}
+
+QJsonObject signedBody(const Identity &identity, const QString &networkType)
+{
+    return {
+        {QStringLiteral("id"), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()},
+        {QStringLiteral("apiVersion"), QStringLiteral("1.0.0")},
+        {QStringLiteral("app"), appObject(identity)},
+        {QStringLiteral("device"), deviceObject(networkType)},
+    };
+}
+
+} // namespace
+
+QString sha256Hex(const QString &string)
+{
+    // Only up to a zero, as the exchange's own end reads the text.
+    const QByteArray utf8 = string.toUtf8();
+    const QByteArray digest = QCryptographicHash::hash(
+        QByteArrayView(utf8.constData(), qsizetype(qstrlen(utf8.constData()))),
+        QCryptographicHash::Sha256);
+    return QString::fromLatin1(digest.toHex());
+}
+
+QMap<QString, QString> signedHeaders(const Identity &identity, qint64 seconds)
+{
+    const QString ts = QString::number(seconds);
+    return {
+        {QStringLiteral("Accept-Encoding"), QStringLiteral("gzip")},
+        {QStringLiteral("Content-Type"), QStringLiteral("application/json; charset=UTF-8")},
+        {QStringLiteral("appId"), identity.appId},
+        {QStringLiteral("mediaId"), identity.mediaId},
+        {QStringLiteral("ts"), ts},
+        {QStringLiteral("sign"),
+            sha256Hex(identity.appId + identity.mediaId + identity.secret + ts)},
+    };
+}
+
+QJsonObject adRequestBody(
+    const Identity &identity, const QString &networkType, const AdRequest &request)
+{
+    QJsonObject body = signedBody(identity, networkType);
+    body.insert(u"imps",
+        QJsonArray{QJsonObject{
+            {QStringLiteral("positionId"), text(request.positionId)},
+            {QStringLiteral("bidPrice"), request.bidPrice},
+        }});
+    body.insert(u"test", request.test ? 1 : 0);
+    return body;
+}
+
+QJsonObject feedbackBody(
+    const Identity &identity, const QString &networkType, const Feedback &feedback)
+{
+    QJsonObject body = signedBody(identity, networkType);
+    body.insert(u"negTye", feedback.type); // the exchange's own spelling
+    body.insert(u"bizId", text(feedback.bizId));
+    if (!feedback.ext.isUndefined())
+        body.insert(u"ext", feedback.ext);
+    return body;
+}
+
+} // namespace znt

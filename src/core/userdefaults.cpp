@@ -1,0 +1,58 @@
+#include "core/userdefaults.h"
+
+#include <QCoreApplication>
+#include <QSettings>
+#include <QThreadPool>
+
+namespace znt::userdefaults {
+
+namespace {
+
+// QSettings keeps nothing without an organisation; an application that names none stands in for it.
+QSettings settings()
+{
+    const QString name = QCoreApplication::applicationName();
+    const QString organization = QCoreApplication::organizationName();
+    return QSettings(organization.isEmpty() ? name : organization, name);
+}
+
+// One thread: values reach the disk in the order in which they were stored.
+class Writer
+{
+public:
+    Writer() { pool.setMaxThreadCount(1); }
+    QThreadPool pool;
+};
+Q_GLOBAL_STATIC(Writer, writer)
+
+} // namespace
+
+QJsonValue read(const QString &key)
+{
+    const QSettings stored = settings();
+    return stored.contains(key) ? QJsonValue::fromVariant(stored.value(key))
+                                : QJsonValue::Undefined;
+}
+
+void store(const QMap<QString, QJsonValue> &values)
+{
+    static const bool finishes = (qAddPostRoutine(waitForStored), true);
+    Q_UNUSED(finishes)
+    writer->pool.start([values] {
+        QSettings stored = settings();
+        for (auto it = values.begin(); it != values.end(); ++it) {
+            if (it->isUndefined() || it->isNull())
+                stored.remove(it.key());
+            else
+                stored.setValue(it.key(), it->toVariant());
+        }
+        stored.sync();
+    });
+}
+
+void waitForStored()
+{
+    writer->pool.waitForDone();
+}
+
+} // namespace znt::userdefaults

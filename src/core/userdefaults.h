@@ -1,0 +1,21 @@
+// What the library keeps between runs, in the application's QSettings.
+#pragma once
+
+#include <ZNTAds/ZNTAdsGlobal.h>
+
+#include <QJsonValue>
+#include <QMap>
+#include <QString>
+
+namespace znt::userdefaults {
+
+// Undefined when nothing is stored under the key.
+ZNTADS_INTERNAL QJsonValue read(const QString &key);
+
+// Writes the values and brings them to disk in the background, in the order of the calls; an
+// undefined or null value removes its key.
+ZNTADS_INTERNAL void store(const QMap<QString, QJsonValue> &values);
+// Returns when everything stored is on disk.
+ZNTADS_INTERNAL void waitForStored();
+
+} // namespace znt::userdefaults
