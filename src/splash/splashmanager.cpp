@@ -64,6 +64,7 @@ public:
     void countdownTick(qint64 remaining);
     void updateSkipButtonTitle();
     void skipButtonClicked();
+    bool isFading() const { return fade.state() == QAbstractAnimation::Running; }
     void fadeOut();
     void closed();
 
@@ -110,9 +111,12 @@ ZNTSplashManager::ZNTSplashManager(QObject *parent)
 
 ZNTSplashManager::~ZNTSplashManager()
 {
-    // A view in a window stays there, as the window's own; one without a window has no other owner.
-    if (d->splashAdView && !d->splashAdView->parent())
-        delete d->splashAdView;
+    // A view on screen stays there, as the window's own, and its skip button then removes it.
+    if (d->isFading() || !d->currentWindow)
+        d->takeDown();
+    else if (d->splashAdView)
+        connect(d->splashAdView, &ZNTSplashAdView::skipClicked, d->splashAdView,
+                &QObject::deleteLater);
     logInfo("ZNTSplashManager deallocated");
 }
 
@@ -203,7 +207,8 @@ void ZNTSplashManager::showSplashAdWithWindow(QQuickWindow *window)
     d->splashAdView = d->createView(*d->adData);
     d->putIntoWindow(d->splashAdView);
     d->isShowing = true;
-    if (!notify(this, d->delegate, &ZNTSplashDelegate::splashAdDidVisible) || !d->isShowing)
+    if (!notify(this, d->delegate, &ZNTSplashDelegate::splashAdDidVisible) || !d->isShowing
+        || d->isFading())
         return;
     d->visibility.start([this] { return d->viewToWatch(); });
     d->countdown.start(shownSeconds);
@@ -372,7 +377,7 @@ void ZNTSplashManager::closeSplashAd()
         logInfo("No splash ad view to close");
         return;
     }
-    if (d->fade.state() != QAbstractAnimation::Running)
+    if (!d->isFading())
         d->fadeOut();
 }
 

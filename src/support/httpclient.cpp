@@ -1,6 +1,7 @@
 #include "support/httpclient.h"
 
 #include <QCoreApplication>
+#include <QMutex>
 #include <QNetworkReply>
 #include <QPointer>
 #include <QThread>
@@ -13,6 +14,8 @@
 namespace znt {
 
 namespace {
+
+constexpr int maxRedirects = 10;
 
 // An upload that cannot be rewound: without one, a request whose connection drops before the answer
 // would silently be sent again.
@@ -27,6 +30,7 @@ public:
     }
 
     bool isSequential() const override { return true; }
+    bool reset() override { return false; }
     qint64 bytesAvailable() const override
     {
         return m_body.size() - m_read + QIODevice::bytesAvailable();
@@ -78,6 +82,12 @@ ZNTError networkError(QNetworkReply::NetworkError code, const QString &text)
     return {QStringLiteral("QNetworkReply"), code, text};
 }
 
+bool isHttp(const QUrl &url)
+{
+    return url.isValid() && !url.host().isEmpty()
+        && (url.scheme() == u"https" || url.scheme() == u"http");
+}
+
 // Qt counts an HTTP error status among the failures; here only the transfer itself can fail.
 bool isTransferError(const QNetworkReply *reply)
 {
@@ -95,7 +105,8 @@ bool isTransferError(const QNetworkReply *reply)
 class Transfer : public QObject
 {
 public:
-    Transfer(QNetworkReply *reply, const HttpLimits &limits, HttpClient::Done done)
+    Transfer(QNetworkReply *reply, const HttpLimits &limits, const QDeadlineTimer &deadline,
+        HttpClient::Done done)
         : QObject(reply)
         , m_reply(reply)
         , m_limits(limits)
@@ -103,11 +114,14 @@ public:
     {
         connect(reply, &QNetworkReply::readyRead, this, &Transfer::read);
         connect(reply, &QNetworkReply::finished, this, &Transfer::finish);
-        QTimer::singleShot(limits.total, Qt::PreciseTimer, this, [this] {
+        QTimer::singleShot(int(deadline.remainingTime()), Qt::PreciseTimer, this, [this] {
             abort(networkError(
                 QNetworkReply::TimeoutError, QStringLiteral("The request timed out.")));
         });
     }
+
+    // Sends the request on to another place and answers later; false when that is not allowed.
+    std::function<bool(const QUrl &target, int status, const HttpClient::Done &done)> follow;
 
 private:
     void read()
@@ -134,10 +148,19 @@ private:
 
     void finish()
     {
-        if (!m_decided)
-            complete();
         m_reply->deleteLater();
         m_answer.status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        if (!m_decided) {
+            complete();
+            const QUrl target =
+                m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+            if (!m_answer.error && target.isValid() && m_answer.status != 304) {
+                if (follow(target, m_answer.status, m_done))
+                    return;
+                m_answer.error = networkError(QNetworkReply::InsecureRedirectError,
+                    QStringLiteral("The redirection was refused."));
+            }
+        }
         if (m_done)
             std::exchange(m_done, {})(m_answer);
     }
@@ -178,32 +201,60 @@ HttpClient::HttpClient(const HttpLimits &limits, QObject *parent)
 void HttpClient::send(const HttpRequest &request, Done done)
 {
     QMetaObject::invokeMethod(
-        this, [this, request, done = std::move(done)] { start(request, done); },
+        this,
+        [this, request, done = std::move(done)] {
+            start(request, done, {QDeadlineTimer(m_limits.total)});
+        },
         Qt::QueuedConnection);
 }
 
-void HttpClient::start(const HttpRequest &request, const Done &done)
+void HttpClient::start(const HttpRequest &request, const Done &done, const Journey &journey)
 {
-    const QString scheme = request.url.scheme();
-    if (!request.url.isValid() || request.url.host().isEmpty()
-        || (scheme != u"https" && scheme != u"http")) {
+    if (!isHttp(request.url)) {
         if (done)
             done({networkError(
                       QNetworkReply::ProtocolUnknownError, QStringLiteral("unsupported URL")),
                 0, {}});
         return;
     }
+    QNetworkReply *reply = this->request(request);
+    auto *transfer = new Transfer(reply, m_limits, journey.deadline, done);
+    transfer->follow = [this, request, redirects](
+                           const QUrl &target, int status, const Done &pending) {
+        const QUrl url = request.url.resolved(target);
+        if (journey.redirects == maxRedirects || !isHttp(url)
+            || (request.url.scheme() == u"https" && url.scheme() == u"http"))
+            return false;
+        HttpRequest next = request;
+        next.url = url;
+        if (status != 307 && status != 308) {
+            next.method = "GET";
+            next.body.clear();
+        }
+        start(next, pending, {journey.deadline, journey.redirects + 1});
+        return true;
+    };
+}
 
+// Redirections are followed here: Qt, when it follows one of a request that it may not send again,
+// sometimes does send it again.
+QNetworkReply *HttpClient::request(const HttpRequest &request)
+{
     QNetworkRequest wire(request.url);
+    wire.setAttribute(
+        QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     wire.setTransferTimeout(int(m_limits.inactivity.count()));
     for (const auto &[name, value] : request.headers)
         wire.setRawHeader(name, value);
+    if (m_limits.mayResend && request.method == "GET")
+        return m_network.get(wire);
+
     wire.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
     wire.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
     auto *upload = new OneWayUpload(request.body, nullptr);
     QNetworkReply *reply = m_network.sendCustomRequest(wire, request.method, upload);
     upload->setParent(reply);
-    new Transfer(reply, m_limits, done);
+    return reply;
 }
 
 namespace {
@@ -215,7 +266,7 @@ HttpLimits limitsOf(Session session)
     case Session::Shared:
         return {.inactivity = 60s, .total = 60s, .bytes = 1024 * 1024, .discardBody = true};
     case Session::Images:
-        return {.inactivity = 30s, .total = 120s, .bytes = 32 * 1024 * 1024};
+        return {.inactivity = 30s, .total = 120s, .bytes = 32 * 1024 * 1024, .mayResend = true};
     case Session::Exchange:
         break;
     }

@@ -3,6 +3,7 @@
 
 #include <ZNTAds/ZNTError.h>
 
+#include <QDeadlineTimer>
 #include <QNetworkAccessManager>
 #include <QObject>
 #include <QUrl>
@@ -37,6 +38,8 @@ struct HttpLimits
     qint64 bytes = 16 * 1024 * 1024;
     // The body is read and thrown away; past `bytes` the answer counts as complete.
     bool discardBody = false;
+    // Qt may send a request again whose connection drops before the answer.
+    bool mayResend = false;
 };
 
 class ZNTADS_INTERNAL HttpClient : public QObject
@@ -49,11 +52,18 @@ public:
     explicit HttpClient(const HttpLimits &limits, QObject *parent = nullptr);
 
     // From any thread; `done` runs in the client's own, exactly once unless the client is destroyed
-    // before. Only http and https are sent, anything else is a failure.
+    // before. Only http and https are sent, anything else is a failure. Redirections are followed,
+    // but never from https to http.
     void send(const HttpRequest &request, Done done);
 
 private:
-    void start(const HttpRequest &request, const Done &done);
+    struct Journey
+    {
+        QDeadlineTimer deadline;
+        int redirects = 0;
+    };
+    void start(const HttpRequest &request, const Done &done, const Journey &journey);
+    QNetworkReply *request(const HttpRequest &request);
 
     HttpLimits m_limits;
     QNetworkAccessManager m_network;

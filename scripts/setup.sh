@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that are missing. Usage: scripts/setup.sh [build] [lint] [bench]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+build=(
+    g++ cmake ninja-build ccache
+    qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-multimedia-dev qt6-sensors-dev
+    qt6-httpserver-dev libgl1-mesa-dev
+    qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtqml qml6-module-qtqml-workerscript
+    libssl-dev zlib1g-dev fonts-noto-cjk
+    gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
+    nghttp2-server openssl
+)
+lint=(clang-format clang-tidy clazy doxygen)
+bench=(libbenchmark-dev libspdlog-dev libopencv-imgproc-dev)
+
+wanted=()
+for group in "${@:-build}"; do
+    case "$group" in
+        build) wanted+=("${build[@]}") ;;
+        lint) wanted+=("${lint[@]}") ;;
+        bench) wanted+=("${bench[@]}") ;;
+        *) echo "setup.sh: unknown group '$group'" >&2; exit 2 ;;
+    esac
+done
+
+installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' 2>/dev/null | sed -n 's/^installed //p')
+missing=()
+for package in "${wanted[@]}"; do
+    grep -qx "$package" <<<"$installed" || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+echo "Installing: ${missing[*]}"
+root=()
+[ "$(id -u)" = 0 ] || root=(sudo)
+export DEBIAN_FRONTEND=noninteractive
+"${root[@]}" apt-get update -q
+"${root[@]}" apt-get install -q -y --no-install-recommends "${missing[@]}"
