@@ -219,7 +219,7 @@ void HttpClient::start(const HttpRequest &request, const Done &done, const Journ
     }
     QNetworkReply *reply = this->request(request);
     auto *transfer = new Transfer(reply, m_limits, journey.deadline, done);
-    transfer->follow = [this, request, redirects](
+    transfer->follow = [this, request, journey](
                            const QUrl &target, int status, const Done &pending) {
         const QUrl url = request.url.resolved(target);
         if (journey.redirects == maxRedirects || !isHttp(url)
