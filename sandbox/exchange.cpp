@@ -10,6 +10,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSslConfiguration>
+#include <QSslServer>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -88,23 +89,23 @@ bool Exchange::start(quint16 httpsPort, quint16 httpPort)
     tls.setLocalCertificateChain({made->server, made->ca});
     tls.setPrivateKey(made->serverKey);
     tls.setPeerVerifyMode(QSslSocket::VerifyNone);
-    const auto handler = [this](const Request &request) { return handle(request); };
-    auto *https = new HttpServer(true, handler, this);
-    https->sslSetup(tls);
-    auto *http = new HttpServer(false, handler, this);
-    return listen(https, httpsPort, &m_httpsUrl) && listen(http, httpPort, &m_httpUrl);
+    auto *tlsServer = new QSslServer(this);
+    tlsServer->setSslConfiguration(tls);
+    return listen(tlsServer, httpsPort, &m_httpsUrl)
+        && listen(new QTcpServer(this), httpPort, &m_httpUrl);
 }
 
-bool Exchange::listen(HttpServer *server, quint16 port, QUrl *url)
+bool Exchange::listen(QTcpServer *server, quint16 port, QUrl *url)
 {
-    const quint16 taken = server->listen(QHostAddress::LocalHost, port);
-    if (!taken) {
-        m_error = u"cannot listen on port %1"_s.arg(port);
+    const bool secure = qobject_cast<QSslServer *>(server);
+    if (!server->listen(QHostAddress::LocalHost, port)) {
+        m_error = u"cannot listen on port %1: %2"_s.arg(port).arg(server->errorString());
         return false;
     }
-    url->setScheme(server->isSecure() ? u"https"_s : u"http"_s);
-    url->setHost(u"localhost"_s);
-    url->setPort(taken);
+    const auto handler = [this](const Request &request) { return handle(request); };
+    (new HttpServer(secure, handler, this))->bind(server);
+    *url =
+        QUrl(u"%1://localhost:%2"_s.arg(secure ? u"https"_s : u"http"_s).arg(server->serverPort()));
     return true;
 }
 

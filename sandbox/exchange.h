@@ -19,11 +19,10 @@
 
 #include <memory>
 
+QT_FORWARD_DECLARE_CLASS(QTcpServer)
 QT_FORWARD_DECLARE_CLASS(QTemporaryDir)
 
 namespace sandbox {
-
-class HttpServer;
 
 /// Serves the ad, configuration and feedback endpoints over https and the log endpoint over http,
 /// on the loopback address alone; creatives, tracking URLs and a landing page over both. Lives in
@@ -52,6 +51,8 @@ public:
     /// "https://localhost:PORT" and "http://localhost:PORT", once started.
     QUrl httpsUrl() const { return m_httpsUrl; }
     QUrl httpUrl() const { return m_httpUrl; }
+    /// The https address of a path, which begins with a slash.
+    QUrl url(const QString &path) const { return QUrl(m_httpsUrl.toString() + path); }
     /// The authority that a client has to trust, and the PEM file that holds it.
     QSslCertificate ca() const { return m_credentials.ca; }
     QString caFile() const { return m_credentials.caFile; }
@@ -78,7 +79,7 @@ signals:
     void requestReceived(const sandbox::Request &request);
 
 private:
-    bool listen(HttpServer *server, quint16 port, QUrl *url);
+    bool listen(QTcpServer *server, quint16 port, QUrl *url);
     Answer handle(Request request);
     Answer route(const Request &request) const;
     Answer endpoint(const Request &request) const;

@@ -18,8 +18,6 @@ public:
 
     HttpServer(bool secure, Handler handler, QObject *parent);
 
-    bool isSecure() const { return m_secure; }
-
 protected:
     bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
     void missingHandler(const QHttpServerRequest &request, QTcpSocket *socket) override;

@@ -97,8 +97,12 @@ QByteArray line(const Members &members, const char *separator, const char *colon
 QByteArray requestLine(const sandbox::Request &request, int count)
 {
     QJsonObject headers;
-    for (const auto &[name, value] : request.headers)
-        headers.insert(QString::fromLatin1(name), QString::fromLatin1(value));
+    for (const auto &[name, value] : request.headers) {
+        const QString key = QString::fromLatin1(name);
+        const QString before = headers[key].toString();
+        headers.insert(
+            key, (before.isEmpty() ? before : before + ", "_L1) + QString::fromLatin1(value));
+    }
     Members members{{"event", u"request"_s}, {"scheme", request.secure ? u"https"_s : u"http"_s},
         {"method", QString::fromLatin1(request.method)}, {"path", request.target},
         {"headers", headers}, {"body", QString::fromUtf8(request.body)}, {"count", count},
