@@ -211,6 +211,7 @@ void TestExchange::breaksAnswersOnTheWire()
     QVERIFY(ask(u"dropped"_s).isEmpty());
     const QByteArray half = ask(u"truncated"_s);
     QVERIFY(!half.isEmpty() && half.size() < whole.size());
+    m_client->clearConnectionCache(); // or the next request may go out on the closing connection
     QVERIFY(ask(u"huge"_s).size() > 5'000'000);
     QVERIFY(!QJsonDocument::fromJson(ask(u"deep"_s)).isObject());
     QVERIFY(QJsonDocument::fromJson(ask(u"wrong-types"_s))["data"_L1][0].isObject());
