@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Renders the sandbox's creatives from their SVG sources: pictures, logos and a short looping video.
 # The results are kept in the repository; run this after changing a source.
-# Needs the Debian packages librsvg2-bin, ffmpeg and fonts-noto-cjk.
+# What it needs is installed by: scripts/setup.sh art
 set -euo pipefail
 cd "$(dirname "$0")/../sandbox/creatives"
 scratch=$(mktemp -d)

@@ -1,18 +1,19 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing. Usage: scripts/setup.sh [build] [lint] [bench]
+# Installs the Debian packages that are missing. Usage: scripts/setup.sh [build] [lint] [bench] [art]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 build=(
     g++ cmake ninja-build ccache
     qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-multimedia-dev qt6-sensors-dev
-    qt6-httpserver-dev libgl1-mesa-dev
+    qt6-httpserver-dev qt6-websockets-dev libgl1-mesa-dev
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtqml qml6-module-qtqml-workerscript
     libssl-dev zlib1g-dev fonts-noto-cjk
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
     nghttp2-server openssl
 )
 lint=(clang-format clang-tidy clazy doxygen)
+art=(librsvg2-bin ffmpeg fonts-noto-cjk)
 bench=(libbenchmark-dev libspdlog-dev libopencv-imgproc-dev)
 
 wanted=()
@@ -21,6 +22,7 @@ for group in "${@:-build}"; do
         build) wanted+=("${build[@]}") ;;
         lint) wanted+=("${lint[@]}") ;;
         bench) wanted+=("${bench[@]}") ;;
+        art) wanted+=("${art[@]}") ;;
         *) echo "setup.sh: unknown group '$group'" >&2; exit 2 ;;
     esac
 done
