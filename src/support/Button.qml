@@ -1,2 +1,61 @@
+// A button with a title. It takes a tap alone, whatever lies under it, and Space, Return and Enter.
 import QtQuick
-Item {}
+
+Rectangle {
+    property bool hidden: false
+    readonly property string viewType: "Button"
+    property alias backgroundColor: button.color
+    property alias cornerRadius: button.radius
+    property alias text: title.text
+    property alias textColor: title.textColor
+    property alias fontSize: title.fontSize
+    property alias bold: title.bold
+    // Without it, a tap is taken and does nothing; a disabled item would let the tap through to what
+    // lies under it.
+    property bool interactive: true
+    signal clicked
+
+    function click() {
+        if (interactive)
+            clicked();
+    }
+
+    id: button
+    visible: !hidden
+    color: "transparent"
+    activeFocusOnTab: interactive
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.focusable: interactive
+    Accessible.onPressAction: click()
+    Keys.onSpacePressed: click()
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    TapHandler {
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        longPressThreshold: 3600 // seconds: however long it is held, a press is a press
+        onTapped: button.click()
+    }
+
+    Label {
+        id: title
+        viewType: "" // a part of the button
+        anchors.fill: parent
+        alignment: Text.AlignHCenter
+        textColor: "white"
+        Accessible.ignored: true
+    }
+
+    // A tap gives no focus: who sees this came by the keyboard.
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: -3
+        visible: button.activeFocus
+        color: "transparent"
+        radius: button.radius + 3
+        border.width: 2
+        border.color: "#0A84FF"
+    }
+}

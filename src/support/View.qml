@@ -1,2 +1,13 @@
+// A rectangle of the view tree.
 import QtQuick
-Item {}
+
+Rectangle {
+    property bool hidden: false
+    property alias backgroundColor: view.color
+    property alias cornerRadius: view.radius
+    readonly property string viewType: "View"
+
+    id: view
+    visible: !hidden
+    color: "transparent"
+}

@@ -1,0 +1,182 @@
+#include "support/imageview.h"
+
+#include "support/httpclient.h"
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QQuickWindow>
+#include <QSGImageNode>
+#include <QThreadPool>
+
+#include <cmath>
+
+namespace znt {
+
+namespace {
+
+constexpr std::array modeNames{"scaleToFill", "aspectFit", "aspectFill", "center"};
+
+// No texture gets larger than this, whatever size the item is given.
+constexpr qreal maximumTextureSide = 4096;
+
+} // namespace
+
+ImageView::ImageView(QQuickItem *parent)
+    : QQuickItem(parent)
+{
+    setFlag(ItemHasContents);
+}
+
+void ImageView::setImage(const QImage &image)
+{
+    if (m_image.cacheKey() == image.cacheKey())
+        return;
+    m_image = image;
+    emit imageChanged();
+    changed();
+}
+
+QSizeF ImageView::naturalSize() const
+{
+    return m_image.deviceIndependentSize();
+}
+
+QString ImageView::contentMode() const
+{
+    return QString::fromLatin1(modeNames[size_t(m_contentMode)]);
+}
+
+void ImageView::setContentMode(const QString &name)
+{
+    for (size_t i = 0; i < modeNames.size(); ++i) {
+        if (name != QLatin1String(modeNames[i]) || m_contentMode == ContentMode(i))
+            continue;
+        m_contentMode = ContentMode(i);
+        emit contentModeChanged();
+        changed();
+    }
+}
+
+void ImageView::setCornerRadius(qreal radius)
+{
+    if (m_cornerRadius == radius || !std::isfinite(radius))
+        return;
+    m_cornerRadius = radius;
+    emit cornerRadiusChanged();
+    changed();
+}
+
+void ImageView::setBackgroundColor(const QColor &color)
+{
+    if (m_backgroundColor == color)
+        return;
+    m_backgroundColor = color;
+    emit backgroundColorChanged();
+    changed();
+}
+
+void ImageView::setHidden(bool hidden)
+{
+    if (m_hidden == hidden)
+        return;
+    m_hidden = hidden;
+    setVisible(!hidden);
+    emit hiddenChanged();
+}
+
+bool ImageView::isReady() const
+{
+    return m_drawnFor == wanted();
+}
+
+PictureRequest ImageView::wanted() const
+{
+    PictureRequest request{m_image, m_contentMode, {}, 1, m_cornerRadius, m_backgroundColor};
+    const qreal longest = qMax(width(), height());
+    if (!(width() > 0 && height() > 0) || !std::isfinite(longest))
+        return request;
+    const qreal ratio =
+        window() ? window()->effectiveDevicePixelRatio() : qGuiApp->devicePixelRatio();
+    request.scale = qMin(ratio, maximumTextureSide / longest);
+    request.size = (size() * request.scale).toSize().expandedTo({1, 1});
+    return request;
+}
+
+// However much changes in one turn of the event loop, it is drawn once.
+void ImageView::changed()
+{
+    if (!m_scheduled) {
+        m_scheduled = true;
+        QMetaObject::invokeMethod(this, &ImageView::prepare, Qt::QueuedConnection);
+    }
+    emit readyChanged();
+}
+
+void ImageView::prepare()
+{
+    m_scheduled = false;
+    const PictureRequest request = wanted();
+    if (m_busy || request == m_drawnFor)
+        return;
+    m_busy = true;
+    QThreadPool::globalInstance()->start([request, view = QPointer<ImageView>(this)] {
+        onMainThread([request, view, drawn = drawnPicture(request)] {
+            if (view)
+                view->take(request, drawn);
+        });
+    });
+}
+
+void ImageView::take(const PictureRequest &request, const QImage &drawn)
+{
+    m_busy = false;
+    m_drawnFor = request;
+    m_drawn = drawn;
+    m_textureIsOld = true;
+    update();
+    if (isReady())
+        emit readyChanged();
+    else
+        changed();
+}
+
+void ImageView::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
+{
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    if (newGeometry.size() != oldGeometry.size())
+        changed();
+}
+
+void ImageView::itemChange(ItemChange change, const ItemChangeData &data)
+{
+    QQuickItem::itemChange(change, data);
+    if (change == ItemSceneChange || change == ItemDevicePixelRatioHasChanged)
+        changed();
+}
+
+QSGNode *ImageView::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
+{
+    if (m_drawn.isNull() || m_textureIsOld) {
+        delete node; // and its texture with it
+        node = nullptr;
+    }
+    if (m_drawn.isNull())
+        return nullptr;
+    auto *picture = static_cast<QSGImageNode *>(node);
+    if (!picture) {
+        QSGTexture *texture = window()->createTextureFromImage(m_drawn);
+        if (!texture)
+            return nullptr;
+        picture = window()->createImageNode();
+        picture->setTexture(texture);
+        picture->setOwnsTexture(true);
+        picture->setFiltering(QSGTexture::Linear);
+        m_textureIsOld = false;
+    }
+    // Pixel for pixel, though the item may end within a pixel; stretched while it is out of date.
+    const QSizeF size = isReady() ? QSizeF(m_drawn.size()) / m_drawnFor.scale : this->size();
+    picture->setRect(QRectF(QPointF(), size));
+    return picture;
+}
+
+} // namespace znt
