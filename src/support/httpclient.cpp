@@ -9,6 +9,7 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <array>
 
 namespace znt {
@@ -150,19 +151,28 @@ private:
     {
         m_reply->deleteLater();
         m_answer.status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        if (!m_decided) {
+        const std::optional<QUrl> target = m_decided ? std::nullopt : redirection();
+        if (target) {
+            if (follow(*target, m_answer.status, m_done))
+                return;
+            m_answer.error = networkError(QNetworkReply::InsecureRedirectError,
+                QStringLiteral("The redirection was refused."));
+        } else if (!m_decided) {
             complete();
-            const QUrl target =
-                m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
-            if (!m_answer.error && target.isValid() && m_answer.status != 304) {
-                if (follow(target, m_answer.status, m_done))
-                    return;
-                m_answer.error = networkError(QNetworkReply::InsecureRedirectError,
-                    QStringLiteral("The redirection was refused."));
-            }
         }
         if (m_done)
             std::exchange(m_done, {})(m_answer);
+    }
+
+    // Qt gives up a 307 and a 308 by itself when the upload cannot be rewound.
+    std::optional<QUrl> redirection() const
+    {
+        static constexpr std::array statuses {301, 302, 303, 307, 308};
+        const QByteArray location = m_reply->rawHeader("Location");
+        if (location.isEmpty() || !std::ranges::count(statuses, m_answer.status)
+            || (isTransferError(m_reply) && m_reply->error() != QNetworkReply::ContentReSendError))
+            return {};
+        return QUrl::fromEncoded(location);
     }
 
     void complete()
