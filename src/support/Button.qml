@@ -23,11 +23,11 @@ Rectangle {
     id: button
     visible: !hidden
     color: "transparent"
-    activeFocusOnTab: interactive
+    activeFocusOnTab: true
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.focusable: interactive
+    Accessible.focusable: true
     Accessible.onPressAction: click()
     Keys.onSpacePressed: click()
     Keys.onReturnPressed: click()

@@ -1,0 +1,220 @@
+#include "support/imagedecoder.h"
+#include "support/remoteimage.h"
+
+#include "support/exchangetest.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QTest>
+#include <QThreadPool>
+
+using namespace znt;
+
+namespace {
+
+// Left half red, right half blue.
+QImage twoHalves(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = size.width() / 2; x < size.width(); ++x)
+            image.setPixelColor(x, y, Qt::blue);
+    }
+    return image;
+}
+
+QByteArray written(const QImage &image, const QByteArray &format,
+    QImageIOHandler::Transformations transformation = QImageIOHandler::TransformationNone)
+{
+    QBuffer buffer;
+    QImageWriter writer(&buffer, format);
+    writer.setQuality(100);
+    writer.setTransformation(transformation);
+    writer.write(image);
+    return buffer.data();
+}
+
+// A PNG file's header says how large the picture is.
+QByteArray pngAnnouncing(quint32 width, quint32 height)
+{
+    QByteArray png = written(twoHalves({2, 2}), "png");
+    QByteArray header = png.mid(12, 17);
+    qToBigEndian(width, header.data() + 4);
+    qToBigEndian(height, header.data() + 8);
+    png.replace(12, 17, header);
+    quint32 crc = ~0u;
+    for (const char byte : header) {
+        crc ^= uchar(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc >> 1 ^ (crc & 1 ? 0xedb88320u : 0);
+    }
+    qToBigEndian(~crc, png.data() + 29);
+    return png;
+}
+
+bool isNear(const QColor &colour, const QColor &wanted)
+{
+    const int distance = qAbs(colour.red() - wanted.red()) + qAbs(colour.green() - wanted.green())
+        + qAbs(colour.blue() - wanted.blue());
+    return distance < 24;
+}
+
+} // namespace
+
+class TestImages : public QObject
+{
+    Q_OBJECT
+
+private:
+    test::TrustedExchange exchange;
+
+    QString serve(const char *path, const QByteArray &body, int status = 200)
+    {
+        exchange.setAnswerAt(QLatin1String(path), {.body = body, .status = status});
+        return exchange.httpsUrl().toString() + QLatin1String(path);
+    }
+
+private slots:
+    void init() { test::failOnWarnings(); }
+
+    void theBytesTellTheFormat_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        const QImage image = twoHalves({40, 20});
+        for (const char *format : {"png", "jpg", "bmp", "webp"}) {
+            if (QImageWriter::supportedImageFormats().contains(format))
+                QTest::newRow(format) << written(image, format);
+        }
+        // A red and a blue picture follow each other.
+        QTest::newRow("gif") << QByteArray::fromHex(
+            "4749463839610200010080000000ff000000ff21f90400000000002c000000000200010000020244"
+            "0a0021f90400000000002c0000000002000100000202844b003b");
+    }
+    void theBytesTellTheFormat()
+    {
+        QFETCH(QByteArray, bytes);
+        const QImage image = decodedImage(bytes);
+        QCOMPARE(image.format(), QImage::Format_RGB32);
+        QCOMPARE(image.width(), 2 * image.height());
+    }
+
+    void alphaIsPremultiplied()
+    {
+        QImage image(3, 3, QImage::Format_ARGB32);
+        image.fill(QColor(255, 0, 0, 128));
+        const QImage decoded = decodedImage(written(image, "png"));
+        QCOMPARE(decoded.format(), QImage::Format_ARGB32_Premultiplied);
+        QCOMPARE(*reinterpret_cast<const QRgb *>(decoded.constBits()), 0x80800000u);
+    }
+
+    void photographsStandUpright()
+    {
+        const QImage decoded = decodedImage(
+            written(twoHalves({40, 20}), "jpg", QImageIOHandler::TransformationRotate90));
+        QCOMPARE(decoded.size(), QSize(20, 40));
+        QVERIFY(isNear(decoded.pixelColor(10, 5), Qt::red));
+        QVERIFY(isNear(decoded.pixelColor(10, 35), Qt::blue));
+    }
+
+    void largePicturesAreScaledDown()
+    {
+        QCOMPARE(decodedImage(written(twoHalves({8192, 30}), "png")).size(), QSize(4096, 15));
+        QCOMPARE(decodedImage(written(twoHalves({1, 5000}), "jpg")).size(), QSize(1, 4096));
+    }
+
+    void otherThingsAreNoPictures_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        const QImage image = twoHalves({40, 20});
+        const QByteArray png = written(image, "png"), jpeg = written(image, "jpg");
+        QTest::newRow("nothing") << QByteArray();
+        QTest::newRow("text") << QByteArray("<html>404</html>");
+        QTest::newRow("svg") << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                                           "width=\"9\" height=\"9\"><rect/></svg>");
+        QTest::newRow("a format of its own") << written(image, "ppm");
+        QTest::newRow("signature only") << png.left(8);
+        QTest::newRow("truncated") << png.left(png.size() / 2);
+        QTest::newRow("too many pixels") << pngAnnouncing(8192, 4097);
+        QTest::newRow("no size") << pngAnnouncing(0, 4);
+        QTest::newRow("largest numbers") << pngAnnouncing(0x7fffffff, 0x7fffffff);
+        QTest::newRow("less than announced") << pngAnnouncing(4000, 4000);
+        QTest::newRow("endless scans") << jpeg + QByteArray("\xff\xda").repeated(1000);
+    }
+    void otherThingsAreNoPictures()
+    {
+        QFETCH(QByteArray, bytes);
+        QVERIFY(decodedImage(bytes).isNull());
+    }
+
+    void pictureAndCopyArriveOnTheMainThread()
+    {
+        const QString url = serve("/picture", written(twoHalves({40, 20}), "png"));
+        QImage picture, copy;
+        QThread *copiedOn = nullptr, *doneOn = nullptr;
+        fetchImageAndCopy(
+            url, this,
+            [&](const QImage &image) {
+                copiedOn = QThread::currentThread();
+                return image.mirrored(true, false);
+            },
+            [&](const QImage &image, const QImage &made) {
+                picture = image;
+                copy = made;
+                doneOn = QThread::currentThread();
+            });
+        QTRY_COMPARE(picture.size(), QSize(40, 20));
+        QCOMPARE(copy.pixelColor(0, 0), QColor(Qt::blue));
+        QCOMPARE(doneOn, thread());
+        QVERIFY(copiedOn && copiedOn != thread());
+        QCOMPARE(exchange.requests(QStringLiteral("/picture")).size(), 1);
+    }
+
+    void failureIsSilent_data()
+    {
+        QTest::addColumn<QString>("url");
+        const QByteArray png = written(twoHalves({40, 20}), "png");
+        QFile file(QDir::temp().filePath(QStringLiteral("local.png")));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(png) == png.size());
+        QTest::newRow("missing") << serve("/missing", png, 404);
+        QTest::newRow("broken") << serve("/broken", "no picture");
+        QTest::newRow("no server") << QStringLiteral("https://127.0.0.1:1/a.png");
+        QTest::newRow("file") << QUrl::fromLocalFile(file.fileName()).toString();
+        QTest::newRow("data") << u"data:image/png;base64,"_qs + QLatin1String(png.toBase64());
+        QTest::newRow("empty") << QString();
+    }
+    void failureIsSilent()
+    {
+        QFETCH(QString, url);
+        bool called = false;
+        auto held = std::make_shared<int>();
+        const std::weak_ptr<int> watched = held;
+        fetchImage(url, this, [&called, held](const QImage &) { called = true; });
+        held.reset();
+        QTRY_VERIFY(watched.expired()); // it has come to its end
+        QVERIFY(!called);
+    }
+
+    void aDeadReceiverGetsNothing()
+    {
+        const QString url = serve("/late", written(twoHalves({40, 20}), "png"));
+        auto receiver = std::make_unique<QObject>();
+        bool called = false;
+        auto held = std::make_shared<int>();
+        const std::weak_ptr<int> watched = held;
+        fetchImageAndCopy(
+            url, receiver.get(),
+            [&receiver, this](const QImage &image) {
+                QMetaObject::invokeMethod(this, [&] { receiver.reset(); });
+                return image;
+            },
+            [&called, held](const QImage &, const QImage &) { called = true; });
+        held.reset();
+        QTRY_VERIFY(watched.expired());
+        QVERIFY(!receiver && !called);
+    }
+};
+
+QTEST_MAIN(TestImages)
+#include "tst_images.moc"

@@ -1,0 +1,222 @@
+#include "support/imageview.h"
+
+#include "support/exchangetest.h"
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace znt;
+
+namespace {
+
+// Left half red, right half blue.
+QImage twoHalves(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = size.width() / 2; x < size.width(); ++x)
+            image.setPixelColor(x, y, Qt::blue);
+    }
+    return image;
+}
+
+} // namespace
+
+class TestViews : public QObject
+{
+    Q_OBJECT
+
+private:
+    QQmlEngine engine;
+
+    // A white window with the item that the text, a file of the module, describes.
+    std::unique_ptr<QQuickWindow> windowWith(const QByteArray &qml)
+    {
+        QQmlComponent component(&engine);
+        component.setData("import QtQuick; import ZNTAds; " + qml,
+            QUrl(QStringLiteral("qrc:/qt-project.org/imports/ZNTAds/Test.qml")));
+        auto *item = qobject_cast<QQuickItem *>(component.create());
+        if (!item)
+            qFatal("%s", qPrintable(component.errorString()));
+        auto window = std::make_unique<QQuickWindow>();
+        window->resize(200, 200);
+        item->setParent(window.get());
+        item->setParentItem(window->contentItem());
+        window->show();
+        return window;
+    }
+    static QQuickItem *itemOf(const std::unique_ptr<QQuickWindow> &window)
+    {
+        return window->contentItem()->childItems().constFirst();
+    }
+
+private slots:
+    void init() { test::failOnWarnings(); }
+
+    void contentModes_data()
+    {
+        QTest::addColumn<QByteArray>("mode");
+        QTest::addColumn<QColor>("top");    // above the middle of the left half
+        QTest::addColumn<QColor>("left");   // the middle of the left edge
+        QTest::addColumn<QColor>("beside"); // 30 to the left of the middle
+        const QColor red(Qt::red), white(Qt::white);
+        QTest::newRow("stretched") << QByteArray("scaleToFill") << red << red << red;
+        QTest::newRow("whole") << QByteArray("aspectFit") << white << red << red;
+        QTest::newRow("covering") << QByteArray("aspectFill") << red << red << red;
+        QTest::newRow("as it is") << QByteArray("center") << white << white << white;
+    }
+    void contentModes()
+    {
+        QFETCH(QByteArray, mode);
+        QFETCH(QColor, top);
+        QFETCH(QColor, left);
+        QFETCH(QColor, beside);
+        const auto window = windowWith(
+            "ImageView { x: 10; y: 10; width: 100; height: 100; contentMode: '" + mode + "' }");
+        auto *view = qobject_cast<ImageView *>(itemOf(window));
+        view->setImage(twoHalves({40, 20}));
+        QTRY_VERIFY(view->isReady());
+        const QImage shot = window->grabWindow();
+        QCOMPARE(shot.pixelColor(40, 15), top);
+        QCOMPARE(shot.pixelColor(12, 60), left);
+        QCOMPARE(shot.pixelColor(30, 60), beside);
+        QCOMPARE(shot.pixelColor(50, 60), QColor(Qt::red));
+        QCOMPARE(shot.pixelColor(70, 60), QColor(Qt::blue));
+        QCOMPARE(shot.pixelColor(60, 115), QColor(Qt::white)); // outside
+        QCOMPARE(view->naturalSize(), QSizeF(40, 20));
+    }
+
+    void cornersAreRoundedAndSmooth()
+    {
+        const auto window = windowWith("ImageView { width: 100; height: 100; cornerRadius: 30; "
+                                       "contentMode: 'aspectFit'; backgroundColor: 'black' }");
+        auto *view = qobject_cast<ImageView *>(itemOf(window));
+        view->setImage(twoHalves({40, 20}));
+        QTRY_VERIFY(view->isReady());
+        const QImage shot = window->grabWindow();
+        QCOMPARE(shot.pixelColor(2, 2), QColor(Qt::white));
+        QCOMPARE(shot.pixelColor(50, 2), QColor(Qt::black));
+        QCOMPARE(shot.pixelColor(2, 50), QColor(Qt::red));
+        int grey = 0;
+        for (int x = 0; x < 30; ++x) {
+            const int value = shot.pixelColor(x, 5).red();
+            grey += value > 0 && value < 255;
+        }
+        QVERIFY(grey > 0);
+    }
+
+    void imageViewFollowsWhatHappensToIt()
+    {
+        ImageView view;
+        const qreal nan = qQNaN();
+        for (const QSizeF &size :
+            {QSizeF(0, 50), QSizeF(nan, nan), QSizeF(-5, 5), QSizeF(1e9, 1e9), QSizeF(50, 50)}) {
+            view.setSize(size);
+            view.setImage(twoHalves({30, 30}));
+            view.setContentMode(QStringLiteral("aspectFill"));
+            QTRY_VERIFY(view.isReady());
+        }
+        view.setContentMode(QStringLiteral("upside down"));
+        QCOMPARE(view.contentMode(), QStringLiteral("aspectFill"));
+        for (int i = 0; i < 2; ++i) {
+            QQuickWindow window;
+            window.resize(60, 60);
+            window.show();
+            view.setParentItem(window.contentItem());
+            QTRY_VERIFY(view.isReady());
+            QCOMPARE(window.grabWindow().pixelColor(5, 5), QColor(Qt::red));
+            view.setImage({});
+            QVERIFY(!view.hasImage());
+            QTRY_VERIFY(view.isReady());
+            QCOMPARE(window.grabWindow().pixelColor(5, 5), QColor(Qt::white));
+            view.setImage(twoHalves({20, 20}));
+            QTRY_VERIFY(view.isReady());
+            view.setHidden(true);
+            QCOMPARE(window.grabWindow().pixelColor(5, 5), QColor(Qt::white));
+            view.setHidden(false);
+            view.setParentItem(nullptr);
+        }
+        ImageView *brief = new ImageView;
+        brief->setSize({500, 500});
+        brief->setImage(twoHalves({30, 30}));
+        QCoreApplication::processEvents();
+        delete brief; // while the pool is at work
+    }
+
+    void labelsAreNoMarkup()
+    {
+        const auto window = windowWith(
+            "Label { width: 200; height: 40; fontSize: 15; lines: 2; backgroundColor: '#fff'; "
+            "text: '<img src=\"a.png\">\\n广告 <b>b</b>' }");
+        const QQuickItem *label = itemOf(window);
+        QCOMPARE(label->property("lineCount").toInt(), 2);
+        QCOMPARE(label->property("truncated").toBool(), false);
+        QCOMPARE(label->property("viewType").toString(), QStringLiteral("Label"));
+        QCOMPARE(label->property("fontSize").toInt(), 15);
+        window->grabWindow(); // a picture asked for would warn
+    }
+
+    void aButtonTakesTheTapAlone()
+    {
+        const auto window = windowWith(R"(
+            Item {
+                id: root; width: 200; height: 200
+                property int taps: 0
+                property int clicks: 0
+                TapHandler { onTapped: ++root.taps }
+                Button {
+                    objectName: "button"; x: 20; y: 20; width: 50; height: 50; text: "×"
+                    onClicked: ++root.clicks
+                }
+            })");
+        const QQuickItem *root = itemOf(window);
+        auto *button = root->findChild<QQuickItem *>(QStringLiteral("button"));
+        const auto tap = [&](const QPoint &at) {
+            QTest::mouseClick(window.get(), Qt::LeftButton, {}, at);
+            return QPair(root->property("taps").toInt(), root->property("clicks").toInt());
+        };
+        QCOMPARE(tap({45, 45}), QPair(0, 1));
+        QVERIFY(!button->hasActiveFocus());
+        QCOMPARE(tap({100, 100}), QPair(1, 1));
+        QTest::keyClick(window.get(), Qt::Key_Tab);
+        QVERIFY(button->hasActiveFocus());
+        for (const int key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter})
+            QTest::keyClick(window.get(), Qt::Key(key));
+        QCOMPARE(root->property("clicks").toInt(), 4);
+        button->setProperty("interactive", false);
+        QCOMPARE(tap({45, 45}), QPair(1, 4));
+        button->setProperty("interactive", true);
+        button->setProperty("hidden", true);
+        QCOMPARE(tap({45, 45}), QPair(2, 4));
+    }
+
+    void aButtonInAListLetsItFlick()
+    {
+        const auto window = windowWith(R"(
+            ListView {
+                id: list; width: 200; height: 200; model: 9
+                property int clicks: 0
+                delegate: Item {
+                    width: 200; height: 100
+                    Button { anchors.fill: parent; onClicked: ++list.clicks }
+                }
+            })");
+        QQuickItem *list = itemOf(window);
+        QTest::mousePress(window.get(), Qt::LeftButton, {}, {100, 180});
+        for (int y = 170; y >= 60; y -= 10)
+            QTest::mouseMove(window.get(), {100, y});
+        QTest::mouseRelease(window.get(), Qt::LeftButton, {}, {100, 60});
+        QVERIFY(list->property("contentY").toReal() > 50);
+        QCOMPARE(list->property("clicks").toInt(), 0);
+        QTRY_VERIFY(!list->property("moving").toBool());
+        QTest::mouseClick(window.get(), Qt::LeftButton, {}, {100, 100});
+        QCOMPARE(list->property("clicks").toInt(), 1);
+    }
+};
+
+QTEST_MAIN(TestViews)
+#include "tst_views.moc"
