@@ -2,6 +2,7 @@
 
 #include <ZNTAds/ZNTAdsGlobal.h>
 
+#include <QtCore/QMarginsF>
 #include <QtCore/QString>
 #include <QtCore/QUrl>
 
@@ -52,6 +53,11 @@ public:
     /// that are local files or resources never reach it. An empty @p opener brings
     /// QDesktopServices::openUrl() back.
     static void setUrlOpener(UrlOpener opener);
+
+    /// How much of each edge of the application's windows is taken by a notch, rounded corners or a
+    /// bar, in points. Ads keep their controls out of it. Zero until set, as on a desktop; negative
+    /// values count as zero. May be called again at any time, for instance when the device turns.
+    static void setSafeAreaInsets(const QMarginsF &insets);
 
     /// The device's hardware identifier.
     static QString getDeviceModel();

@@ -3,6 +3,7 @@
 #include "core/clicktarget.h"
 #include "diagnostics/log.h"
 #include "support/endpoints.h"
+#include "support/safearea.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 
@@ -89,6 +90,11 @@ bool ZNTAdsSDK::setEndpoints(const QUrl &httpsBase, const QUrl &httpBase)
 void ZNTAdsSDK::setUrlOpener(UrlOpener opener)
 {
     znt::setUrlOpener(std::move(opener));
+}
+
+void ZNTAdsSDK::setSafeAreaInsets(const QMarginsF &insets)
+{
+    znt::SafeArea::instance()->setInsets(insets);
 }
 
 QString ZNTAdsSDK::getDeviceModel()
