@@ -1,0 +1,13 @@
+#!/bin/bash
+# Renders the library's artwork, src/resources/*.svg, at one, two and three pixels a point.
+# Needs rsvg-convert (Debian: librsvg2-bin).
+set -euo pipefail
+cd "$(dirname "$0")/../src/resources"
+
+for source in *.svg; do
+    name=${source%.svg}
+    for scale in 1 2 3; do
+        suffix=$([ "$scale" -gt 1 ] && echo "@${scale}x" || true)
+        rsvg-convert --zoom "$scale" --output "$name$suffix.png" "$source"
+    done
+done
