@@ -4,28 +4,45 @@
 #include <ZNTAds/ZNTDelegateRef.h>
 #include <ZNTAds/ZNTSplashDelegate.h>
 
-#include <QtCore/QMarginsF>
 #include <QtQuick/QQuickItem>
+
+#include <memory>
+
+namespace znt {
+class SplashContent;
+}
 
 /// What the three splash creatives have in common: the blurred background, the sharp card, the
 /// texts, the skip button, the source label or logo, and the video mode.
 ///
-/// A creative is hidden until its picture or video is ready. It can be put under any QQuickItem of
-/// any QQuickWindow; main thread only.
+/// A creative is hidden from its construction until its picture or video can be seen, and for ever
+/// when that fails. Give it a size and put it under any QQuickItem of any QQuickWindow. It covers
+/// what lies beneath: no mouse, touch, wheel or hover event goes through, and while it is shown it
+/// has the keyboard focus. Escape stands for the skip button. A tap anywhere but on the skip button
+/// is one click. Delegate calls and signals come after the event that caused them, so whoever gets
+/// one may destroy the creative. Main thread only.
 class ZNTADS_EXPORT ZNTSplashAdView : public QQuickItem
 {
     Q_OBJECT
+    Q_MOC_INCLUDE("splash/splashcontent.h")
     Q_PROPERTY(bool hidden READ isHidden NOTIFY hiddenChanged)
     Q_PROPERTY(bool isVideoAd READ isVideoAd NOTIFY contentChanged)
-    QML_ANONYMOUS
+    Q_PROPERTY(qreal safeTop READ safeTop NOTIFY safeInsetsChanged)
+    Q_PROPERTY(qreal safeBottom READ safeBottom NOTIFY safeInsetsChanged)
+    Q_PROPERTY(znt::SplashContent *content READ content CONSTANT)
+    QML_ELEMENT
+    QML_UNCREATABLE("Use one of the three creatives")
 
 public:
     ~ZNTSplashAdView() override;
 
     /// Whether the creative itself is hidden, whatever its ancestors are.
     bool isHidden() const;
-    /// Whether the creative shows a video.
+    /// Whether the creative is set up for a video.
     bool isVideoAd() const;
+    /// How far the application's safe-area insets reach into the creative, in points.
+    qreal safeTop() const;
+    qreal safeBottom() const;
 
     /// Who hears of clicks: any QObject that implements ZNTSplashDelegate, held weakly. Null for
     /// none.
@@ -36,26 +53,54 @@ public:
     }
     void setDelegate(const ZNTDelegateRef<ZNTSplashDelegate> &delegate);
 
-    /// Shows the picture at @p imageUrl (http or https), its blurred copy behind it.
-    /// @param actionTip the text under the card; in the shake and slide creatives it is called a
-    /// hint
+    /// Hides the creative, then shows it once the picture at @p imageUrl (http or https) has been
+    /// fetched and decoded, with its blurred copy behind it. Without the picture it stays hidden. A
+    /// later setup replaces this one; what this one still loads never arrives.
+    /// @param actionTip the text under the card; null for none
     /// @param source the advertiser's name; without one the label reads "广告"
-    /// @param sourceLogo URL of a logo that takes the label's place; empty or null for none
+    /// @param sourceLogo URL of a logo that takes the label's place, which stays empty when the
+    /// logo cannot be had; empty or null for no logo
     void setupWithImageUrl(const QString &imageUrl, const QString &actionTip, const QString &source,
         const QString &sourceLogo);
-    /// Shows the video at @p videoUrl (http or https) in an endless loop instead of a picture.
+    /// Hides the creative, then shows it once the video at @p videoUrl (http or https) has its
+    /// first frame. The video fills the creative, keeps its aspect, and plays in an endless loop.
+    /// It lies over all texts, so @p actionTip is not seen.
     void setupWithVideoUrl(const QString &videoUrl, const QString &actionTip);
     /// Shows the seconds left on the skip button, "跳过" below 1.
     void updateSkipButtonWithTime(qint64 seconds);
-    /// The skip button; emits clicked(). It belongs to the view.
+    /// The skip button, which belongs to the creative; skipClicked() tells of its use.
     QQuickItem *skipButton() const;
 
-    /// Tells the delegate of a click.
+    /// Tells the delegate of a click, at once.
     Q_INVOKABLE void handleAdClick();
 
 Q_SIGNALS:
     void hiddenChanged();
     void contentChanged();
-    /// The skip button was pressed.
+    void safeInsetsChanged();
+    /// The skip button was pressed, or Escape.
     void skipClicked();
+
+protected:
+    /// A creative whose looks are the QML file of that name.
+    ZNTSplashAdView(const QString &looks, QQuickItem *parent);
+
+    /// A tap on the creative: a click, unless a creative has more to say.
+    virtual void handleTap();
+    /// The end of a pan on the creative, in its own coordinates: points, and points a second. Does
+    /// nothing, unless a creative opens by it.
+    virtual void handlePanGesture(const QPointF &translation, const QPointF &velocity);
+
+    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    znt::SplashContent *content() const;
+    void followContent();
+    void takeFocus();
+    void updateSafeInsets();
+
+    struct Private;
+    const std::unique_ptr<Private> d;
 };

@@ -1,0 +1,150 @@
+import QtQuick
+import ZNTAds
+
+// What all splash creatives look like. A creative's own subviews become children of containerView,
+// above the common ones.
+Item {
+    id: root
+
+    required property ZNTSplashAdView view
+    readonly property SplashContent content: view.content
+    // Whether anything of it can be on screen: animations run only then.
+    readonly property bool isSeen: visible && Window.visibility !== Window.Hidden
+        && Window.visibility !== Window.Minimized
+    default property alias subviews: containerView.data
+
+    PressArea {
+        id: ground
+        anchors.fill: parent
+        activeFocusOnTab: true
+        onTapped: root.content.tapped()
+        onPanned: (translation, velocity) => root.content.panned(translation, velocity)
+
+        Accessible.role: Accessible.Link
+        Accessible.name: viewDetailsLabel.text
+        Accessible.description: adContentLabel.text
+        Accessible.focusable: true
+        Accessible.onPressAction: root.content.tapped()
+    }
+
+    View {
+        id: containerView
+        objectName: "containerView"
+        anchors.fill: parent
+
+        View {
+            objectName: "blurBackgroundView"
+            anchors.fill: parent
+
+            ImageView {
+                objectName: "adImageView"
+                anchors.fill: parent
+                clip: true
+                hidden: root.content.isVideo
+                contentMode: "aspectFill"
+                image: root.content.blurredPicture
+            }
+        }
+
+        ImageView {
+            id: mainAdImageView
+            objectName: "mainAdImageView"
+            x: (root.width - 0.8 * root.width) / 2
+            y: (root.height - 0.48 * root.width) / 2 - 50
+            width: 0.8 * root.width
+            height: 0.6 * 0.8 * root.width
+            clip: true
+            cornerRadius: 12
+            hidden: root.content.isVideo
+            contentMode: "aspectFit"
+            image: root.content.picture
+        }
+
+        Label {
+            id: adContentLabel
+            objectName: "adContentLabel"
+            x: mainAdImageView.x
+            y: mainAdImageView.y + mainAdImageView.height + 20
+            width: mainAdImageView.width
+            height: 40
+            lines: 0
+            alignment: Text.AlignHCenter
+            bold: true
+            fontSize: 20
+            textColor: "#000000"
+            text: root.content.adContent
+        }
+
+        Label {
+            id: viewDetailsLabel
+            objectName: "viewDetailsLabel"
+            x: mainAdImageView.x
+            y: adContentLabel.y + adContentLabel.height + 8
+            width: mainAdImageView.width
+            height: 20
+            alignment: Text.AlignHCenter
+            fontSize: 14
+            textColor: Qt.rgba(0.5, 0.5, 0.5, 1)
+            text: "查看详情"
+        }
+    }
+
+    ImageView {
+        anchors.fill: parent
+        clip: true
+        hidden: !root.content.isVideo
+        contentMode: "aspectFill"
+        image: root.content.videoFrame
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        visible: ground.activeFocus
+        color: "transparent"
+        border.width: 2
+        border.color: "#0A84FF"
+    }
+
+    Button {
+        objectName: "skipButton"
+        x: root.width - 30 - 15
+        y: root.view.safeTop + 15
+        width: 30
+        height: 30
+        backgroundColor: Qt.rgba(0, 0, 0, 0.5)
+        cornerRadius: 15
+        fontSize: 14
+        textColor: "#FFFFFF"
+        text: root.content.skipTitle
+        onClicked: root.content.skipped()
+
+        Accessible.name: "跳过"
+    }
+
+    Label {
+        objectName: "adLabel"
+        x: root.width - 36 - 12
+        y: root.height - 18 - 12 - root.view.safeBottom
+        width: 36
+        height: 18
+        hidden: root.content.isVideo || root.content.hasLogo
+        backgroundColor: Qt.rgba(0, 0, 0, 0.3)
+        cornerRadius: 2
+        clip: true
+        alignment: Text.AlignHCenter
+        fontSize: 10
+        textColor: "#FFFFFF"
+        text: root.content.source
+    }
+
+    ImageView {
+        objectName: "logoImageView"
+        x: root.width - 36 - 12
+        y: root.height - 18 - 12 - root.view.safeBottom
+        width: 36
+        height: 18
+        hidden: root.content.isVideo || !root.content.hasLogo
+        contentMode: "aspectFit"
+        image: root.content.logo
+    }
+}

@@ -1,0 +1,6 @@
+#include <ZNTAds/ZNTSplashImageAdView.h>
+
+ZNTSplashImageAdView::ZNTSplashImageAdView(QQuickItem *parent)
+    : ZNTSplashAdView(QStringLiteral("SplashImageAdView"), parent)
+{
+}
