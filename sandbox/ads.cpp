@@ -46,7 +46,7 @@ QJsonObject trackInfo(const QString &adId)
 QJsonObject appInfo(const Advertiser &advertiser)
 {
     const QString page = base(u"landing/"_s + advertiser.id);
-    return {{u"name"_s, advertiser.brand}, {u"desc"_s, advertiser.brand + "客户端"_L1},
+    return {{u"name"_s, advertiser.brand}, {u"desc"_s, advertiser.brand + u"客户端"_s},
         {u"version"_s, u"3.2.1"_s}, {u"packageName"_s, "example.zntdemo."_L1 + advertiser.id},
         {u"appComplianceInfo"_s,
             QJsonObject{{u"name"_s, advertiser.brand}, {u"version"_s, u"3.2.1"_s},
