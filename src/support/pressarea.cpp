@@ -9,6 +9,8 @@ PressArea::PressArea(QQuickItem *parent)
     setAcceptedMouseButtons(Qt::AllButtons);
     setAcceptTouchEvents(true);
     setAcceptHoverEvents(true);
+    setKeepMouseGrab(true); // no handler beneath takes a press over when it becomes a drag
+    setKeepTouchGrab(true);
     setCursor(Qt::ArrowCursor); // else the cursor of what lies beneath would show
 }
 
