@@ -1,0 +1,194 @@
+#include "splash/creatives.h"
+#include "splash/motiondetector.h"
+
+#include <QAccelerometer>
+#include <QRotationSensor>
+#include <QSensorBackend>
+#include <QSensorManager>
+
+using namespace znt;
+using namespace znt::test;
+
+namespace {
+
+// Sensors that this machine lacks, registered with Qt like any device's.
+template <class Reading>
+class Backend : public QSensorBackend
+{
+public:
+    explicit Backend(QSensor *sensor)
+        : QSensorBackend(sensor)
+    {
+        setReading<Reading>(&m_reading);
+        addDataRate(1, 100);
+        latest = this;
+    }
+    ~Backend() override
+    {
+        if (latest == this)
+            latest = nullptr;
+    }
+    void start() override { isRunning = true; }
+    void stop() override { isRunning = false; }
+
+    void feed(double x)
+    {
+        if constexpr (std::is_same_v<Reading, QRotationReading>)
+            m_reading.setFromEuler(x, 90, 90);
+        else
+            m_reading.setX(x);
+        newReadingAvailable();
+    }
+
+    bool isRunning = false;
+    static inline Backend *latest = nullptr;
+
+private:
+    Reading m_reading;
+};
+
+using Rotation = Backend<QRotationReading>;
+using Acceleration = Backend<QAccelerometerReading>;
+
+class Factory : public QSensorBackendFactory
+{
+public:
+    QSensorBackend *createBackend(QSensor *sensor) override
+    {
+        if (sensor->identifier() == "test.rotation")
+            return new Rotation(sensor);
+        return new Acceleration(sensor);
+    }
+};
+
+constexpr double g = 9.80665;
+
+} // namespace
+
+class TestShake : public QObject
+{
+    Q_OBJECT
+
+private:
+    Factory factory;
+
+    static void shake()
+    {
+        for (const double strength : {1.0, 2.5, 1.0, -2.5, 1.0})
+            Acceleration::latest->feed(strength * g);
+        Scene::settle();
+    }
+
+private slots:
+    void init() { failOnWarnings(); }
+
+    void aDeviceWithoutSensorsIsQuiet()
+    {
+        Scene scene(Shake);
+        static_cast<ZNTShakeAdView *>(scene.view.data())->handleShakeAction();
+        QCOMPARE(scene.host.clicks, 1);
+    }
+
+    void registerSensors()
+    {
+        QSensorManager::registerBackend(QRotationSensor::sensorType, "test.rotation", &factory);
+        QSensorManager::registerBackend(QAccelerometer::sensorType, "test.acceleration", &factory);
+        QSensorManager::setDefaultBackend(QRotationSensor::sensorType, "test.rotation");
+        QSensorManager::setDefaultBackend(QAccelerometer::sensorType, "test.acceleration");
+    }
+
+    void tilt_data()
+    {
+        QTest::addColumn<QList<double>>("pitches");
+        QTest::addColumn<int>("firesAt"); // index, or -1
+        QTest::newRow("any angle to begin with") << QList<double>{80, 60, 55} << -1;
+        QTest::newRow("28.6 degrees do not do") << QList<double>{11.459, 40.107, 11.459} << -1;
+        QTest::newRow("30.4 degrees do") << QList<double>{11.459, 40.107, 41.826, 90} << 2;
+        QTest::newRow("exactly 30") << QList<double>{10, 40, -20} << -1;
+        QTest::newRow("backwards") << QList<double>{10, -20.5, 10, 41} << 1;
+        QTest::newRow("not from the last") << QList<double>{0, 20, 40} << 2;
+        QTest::newRow("no numbers") << QList<double>{qQNaN(), 0, qQNaN(), qInf(), 29, 31} << 5;
+    }
+    void tilt()
+    {
+        QFETCH(QList<double>, pitches);
+        QFETCH(int, firesAt);
+        Scene scene(Shake);
+        QVERIFY(Rotation::latest->isRunning);
+        QCOMPARE(Rotation::latest->sensor()->dataRate(), 10);
+        for (int i = 0; i < pitches.size(); ++i) {
+            Rotation::latest->feed(pitches.at(i));
+            Scene::settle();
+            QCOMPARE(scene.host.clicks, firesAt >= 0 && i >= firesAt ? 1 : 0);
+            QCOMPARE(Rotation::latest->isRunning, firesAt < 0 || i < firesAt);
+        }
+    }
+
+    void shakeDetector_data()
+    {
+        using Samples = QList<QPair<int, double>>; // ms, g
+        QTest::addColumn<Samples>("samples");
+        QTest::addColumn<int>("shakes");
+        const auto swings = [](std::initializer_list<int> times, double strength) {
+            Samples samples;
+            for (const int ms : times)
+                samples << QPair(ms, strength) << QPair(ms + 20, 1.0);
+            return samples;
+        };
+        QTest::newRow("at rest") << Samples{{0, 1}, {100, 1.4}, {200, 1}} << 0;
+        QTest::newRow("one swing") << swings({0}, 3) << 0;
+        QTest::newRow("two swings") << swings({0, 300}, 2.01) << 1;
+        QTest::newRow("too weak") << swings({0, 300, 600}, 2) << 0;
+        QTest::newRow("too far apart") << swings({0, 1001, 2002}, 3) << 0;
+        QTest::newRow("a second apart") << swings({0, 1000}, 3) << 1;
+        QTest::newRow("one long swing") << Samples{{0, 3}, {200, 1.6}, {400, 3}, {600, 1}} << 0;
+        QTest::newRow("goes on for long")
+            << swings({0, 200, 400, 600, 800, 1000, 1200, 1400}, 3) << 1;
+        QTest::newRow("twice") << swings({0, 200, 400, 1000, 1200}, 3) << 2;
+        QTest::newRow("no numbers")
+            << Samples{{0, 3}, {10, qQNaN()}, {20, 1}, {30, qQNaN()}, {300, 3}, {320, 1}} << 1;
+    }
+    void shakeDetector()
+    {
+        using Samples = QList<QPair<int, double>>;
+        QFETCH(Samples, samples);
+        ShakeDetector detector;
+        int shakes = 0;
+        for (const auto &[ms, strength] : samples)
+            shakes += detector.add(strength * g, ms);
+        QTEST(shakes, "shakes");
+    }
+
+    void everyShakeIsAClick()
+    {
+        Scene scene(Shake);
+        shake();
+        QCOMPARE(scene.host.clicks, 1);
+        Rotation::latest->feed(0);
+        Rotation::latest->feed(31);
+        Scene::settle();
+        QCOMPARE(scene.host.clicks, 2);
+        QTest::qWait(600); // the shake has come to its end
+        shake();
+        QCOMPARE(scene.host.clicks, 3);
+    }
+
+    void sensorsLiveAsLongAsTheView()
+    {
+        {
+            Scene scene(Shake);
+            scene.host.onClick = [&] { delete scene.view; };
+            Rotation::latest->feed(0);
+            Rotation::latest->feed(31);
+            shake(); // both wait to be told
+            QVERIFY(!scene.view);
+            QCOMPARE(scene.host.clicks, 1);
+        }
+        QVERIFY(!Rotation::latest && !Acceleration::latest);
+        Scene scene(Image);
+        QVERIFY(!Rotation::latest && !Acceleration::latest);
+    }
+};
+
+QTEST_MAIN(TestShake)
+#include "tst_shake.moc"
