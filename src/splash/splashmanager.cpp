@@ -1,6 +1,7 @@
 #include <ZNTAds/ZNTSplashManager.h>
 
 #include "core/clicktarget.h"
+#include "core/negativefeedback.h"
 #include "core/notify.h"
 #include "core/tracking.h"
 #include "core/visibilitywatch.h"
@@ -115,8 +116,8 @@ ZNTSplashManager::~ZNTSplashManager()
     if (d->isFading() || !d->currentWindow)
         d->takeDown();
     else if (d->splashAdView)
-        connect(d->splashAdView, &ZNTSplashAdView::skipClicked, d->splashAdView,
-                &QObject::deleteLater);
+        connect(
+            d->splashAdView, &ZNTSplashAdView::skipClicked, d->splashAdView, &QObject::deleteLater);
     logInfo("ZNTSplashManager deallocated");
 }
 
@@ -354,16 +355,8 @@ void ZNTSplashManager::Private::skipButtonClicked()
 {
     logInfo("Skip button clicked");
     visibility.stop();
-    const QString adId = adData ? json::string(adData->value(u"adId")) : QString();
-    if (!adId.isEmpty()) {
-        ZNTAdsManager::sharedInstance()->sendNegativeFeedbackWithType(
-            1, adId, QJsonValue::Undefined, [](bool success, const std::optional<ZNTError> &error) {
-                if (success)
-                    logInfo("Negative feedback report successful");
-                else
-                    logError("Negative feedback report failed: %1", error->localizedDescription());
-            });
-    }
+    if (adData)
+        sendNegativeFeedback(json::string(adData->value(u"adId")));
     q->closeSplashAd();
 }
 
