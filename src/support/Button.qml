@@ -50,11 +50,13 @@ Rectangle {
 
     // A tap gives no focus: who sees this came by the keyboard.
     Rectangle {
+        readonly property int outset: button.clip ? 0 : 3
+
         anchors.fill: parent
-        anchors.margins: -3
+        anchors.margins: -outset
         visible: button.activeFocus
         color: "transparent"
-        radius: button.radius + 3
+        radius: button.radius + outset
         border.width: 2
         border.color: "#0A84FF"
     }
