@@ -10,18 +10,36 @@
 #include <memory>
 #include <optional>
 
-/// Draws one interstitial ad over a screen of the host: dimmed overlay, picture, info bar, and a
-/// countdown that turns into the close button. Main thread only.
+/// Draws one interstitial ad over a screen of the host: dimmed overlay, rounded picture, info bar,
+/// and a countdown of five seconds that then becomes the close button.
+///
+/// ZNTInterstitialManager makes and drives one for each show; a host seldom needs it by itself.
+///
+/// While it is there, the overlay takes every mouse, touch, wheel, hover and key event, and has the
+/// keyboard focus of its window: Tab goes round its two buttons, and Escape or Back closes it once
+/// the countdown has ended. It belongs to the screen item and goes with it, silently; it is removed
+/// with the presenter too. What it fetches are its two pictures; one that cannot be had stays
+/// empty.
+///
+/// Delegate calls come on a later turn of the event loop than their cause, and may destroy the
+/// presenter. Main thread only.
 class ZNTADS_EXPORT ZNTInterstitialAd : public QObject
 {
     Q_OBJECT
+    Q_PROPERTY(QString mediaId READ mediaId CONSTANT)
+    Q_PROPERTY(bool isReady READ isReady)
+    Q_PROPERTY(qint64 remainingTime READ remainingTime)
+    Q_PROPERTY(QQuickItem *rootViewController READ rootViewController)
+    Q_PROPERTY(QQuickItem *adView READ adView)
 
 public:
-    /// An ad that is not ready yet; @p mediaId is kept only.
+    /// An ad that is not ready yet; @p mediaId, the ad position, is kept only.
     explicit ZNTInterstitialAd(const QString &mediaId, QObject *parent = nullptr);
     ~ZNTInterstitialAd() override;
 
-    /// Who hears of the overlay: any QObject that implements ZNTInterstitialDelegate, held weakly.
+    /// Who hears of interstitialAdDidVisible(), interstitialAdDidClick() and
+    /// interstitialAdDidAutoClose(): any QObject that implements ZNTInterstitialDelegate, held
+    /// weakly. Null for none.
     template <class Object>
     void setDelegate(Object *delegate)
     {
@@ -29,18 +47,33 @@ public:
     }
     void setDelegate(const ZNTDelegateRef<ZNTInterstitialDelegate> &delegate);
 
-    /// Keeps the ad; without one the presenter is not ready.
+    /// Keeps the ad as the exchange sent it. Read are "images", "sourceLogo" and "texts", each of
+    /// which may be missing. Without an ad the presenter is not ready.
     void setupWithAdData(const std::optional<QJsonObject> &adData);
+    /// The ad given last, if any.
+    std::optional<QJsonObject> adData() const;
     /// Whether there is an ad that was not dismissed yet.
     bool isReady() const;
-    /// Lays the ad over @p screen; nothing happens when it is null or the ad is not ready.
+    /// The ad position given at construction.
+    QString mediaId() const;
+
+    /// Lays the ad over @p screen, above its other children and following its size, and fades it in
+    /// over 0.3 seconds; then the delegate hears interstitialAdDidVisible(). The countdown starts
+    /// at once. A screen in no window will do. Nothing happens when it is null or the ad is not
+    /// ready; an overlay that is still there is replaced. The screen must not be a positioner or
+    /// layout.
     void showFromViewController(QQuickItem *screen);
-    /// Fades out, removes the overlay and tells the delegate with @p autoClose; each call does so.
+    /// The screen item of the latest show, or null when it has gone.
+    QQuickItem *rootViewController() const;
+    /// Stops the countdown, fades the overlay out over 0.3 seconds, removes it and then tells
+    /// interstitialAdDidAutoClose() with @p autoClose. Every call ends so, also the second one and
+    /// one without an overlay.
     void dismissWithAutoClose(bool autoClose);
 
-    /// The item that is measured for visibility: the picture; null when there is no overlay.
+    /// The item that is measured for visibility: the picture. Null when there is no overlay, and
+    /// once it is being dismissed.
     QQuickItem *adView() const;
-    /// Seconds left until the ad can be closed.
+    /// Seconds left until a person can close the ad; 5 before the first show.
     qint64 remainingTime() const;
 
 private:
