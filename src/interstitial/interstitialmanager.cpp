@@ -1,0 +1,315 @@
+#include <ZNTAds/ZNTInterstitialManager.h>
+
+#include "core/clicktarget.h"
+#include "core/negativefeedback.h"
+#include "core/notify.h"
+#include "core/tracking.h"
+#include "core/visibilitywatch.h"
+#include "diagnostics/log.h"
+#include "model/adanswer.h"
+#include "model/trackinglists.h"
+#include "support/json.h"
+
+#include <ZNTAds/ZNTAdsManager.h>
+#include <ZNTAds/ZNTInterstitialAd.h>
+
+#include <limits>
+
+using namespace znt;
+
+namespace {
+
+ZNTError interstitialError(int code, const QString &description)
+{
+    return {QStringLiteral("ZNTInterstitialManager"), code, description};
+}
+
+} // namespace
+
+class ZNTInterstitialManager::Private
+{
+public:
+    explicit Private(ZNTInterstitialManager *manager)
+        : q(manager)
+    {
+    }
+
+    void loaded(const QJsonObject &response);
+    void fail(const ZNTError &error);
+    void autoCloseLater();
+    QQuickItem *viewToWatch() const;
+    void reportExposure();
+    void reportClick() const;
+
+    ZNTInterstitialManager *const q;
+    ZNTDelegateRef<ZNTInterstitialDelegate> delegate;
+    QString mediaId;
+    QPointer<QQuickItem> showAdController;
+    double autoCloseTime = 0;
+    std::optional<QJsonObject> adData;
+    TrackingLists tracking;
+    std::unique_ptr<ZNTInterstitialAd> interstitialAd;
+    VisibilityWatch visibility;
+    bool isLoading = false;
+    bool hasReportedExposure = false;
+};
+
+ZNTInterstitialManager::ZNTInterstitialManager(QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(this))
+{
+    connect(&d->visibility, &VisibilityWatch::seen, this, [this] { d->reportExposure(); });
+    logInfo("Initialized ZNTInterstitialManager with default values");
+}
+
+ZNTInterstitialManager::~ZNTInterstitialManager()
+{
+    logInfo("ZNTInterstitialManager deallocated");
+}
+
+// Loading
+
+void ZNTInterstitialManager::loadAdData()
+{
+    if (d->isLoading) {
+        logWarning("Ad data is already loading, ignoring request");
+        return;
+    }
+    d->isLoading = true;
+    logInfo("Starting to load interstitial ad data");
+    const QPointer<ZNTInterstitialManager> self(this);
+    ZNTAdsManager::sharedInstance()->requestAdWithPositionId(
+        d->mediaId, 0.0,
+        [self](const QJsonObject &response) {
+            if (self)
+                self->d->loaded(response);
+        },
+        [self](const ZNTError &error) {
+            if (!self)
+                return;
+            self->d->isLoading = false;
+            logError("Failed to load interstitial ad data: %1", error.localizedDescription());
+            self->d->fail(error);
+        });
+}
+
+void ZNTInterstitialManager::Private::loaded(const QJsonObject &response)
+{
+    isLoading = false;
+    if (!q->handleAdResponse(response)) {
+        logError("Failed to parse interstitial ad data");
+        fail(interstitialError(-1002, QStringLiteral("广告数据解析失败")));
+        return;
+    }
+    logInfo("Successfully loaded interstitial ad data");
+    QMetaObject::invokeMethod(
+        q, [this] { notify(q, delegate, &ZNTInterstitialDelegate::interstitialAdDidLoad); },
+        Qt::QueuedConnection);
+}
+
+bool ZNTInterstitialManager::handleAdResponse(const QJsonValue &response)
+{
+    const auto ads = adsOfAnswer(response);
+    if (!ads)
+        return false;
+    d->adData = json::object(ads->first());
+    if (!d->adData)
+        return false;
+    readTrackingLists(d->tracking, *d->adData, ClickForm::OfView,
+        {.list = "Processed %1 dpEvent URLs", .single = "Converted single dpEvent URL to array"});
+    return true;
+}
+
+void ZNTInterstitialManager::Private::fail(const ZNTError &error)
+{
+    logError("Interstitial ad error: %1", error.localizedDescription());
+    QMetaObject::invokeMethod(
+        q,
+        [this, error] {
+            notify(q, delegate, &ZNTInterstitialDelegate::interstitialAdDidFailed, error);
+        },
+        Qt::QueuedConnection);
+}
+
+// Showing
+
+void ZNTInterstitialManager::showInterstitialAd()
+{
+    if (!d->adData || !d->showAdController) {
+        logError("Cannot show interstitial ad: missing ad data or view controller");
+        d->fail(interstitialError(-1003, QStringLiteral("没有可用的广告数据或未设置展示控制器")));
+        return;
+    }
+    logInfo("Creating and showing interstitial ad");
+    d->visibility.stop();
+    d->interstitialAd = std::make_unique<ZNTInterstitialAd>(d->mediaId);
+    d->interstitialAd->setDelegate(this);
+    d->interstitialAd->setupWithAdData(d->adData);
+    d->interstitialAd->showFromViewController(d->showAdController);
+    if (d->autoCloseTime > 0)
+        d->autoCloseLater();
+}
+
+// A close by hand in between does not call it off, and it closes whatever ad is there by then.
+void ZNTInterstitialManager::Private::autoCloseLater()
+{
+    logInfo("Setting auto-close timer for %1 seconds", QString::number(autoCloseTime, 'f', 6));
+    const double milliseconds = autoCloseTime * 1000;
+    if (milliseconds > std::numeric_limits<int>::max())
+        return; // weeks away, and more than a timer holds
+    QTimer::singleShot(std::chrono::milliseconds(qint64(milliseconds)), Qt::PreciseTimer, q,
+        [this] { interstitialAd->dismissWithAutoClose(true); });
+}
+
+// Exposure
+
+void ZNTInterstitialManager::interstitialAdDidVisible()
+{
+    logInfo("Interstitial ad became visible");
+    if (notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidVisible))
+        d->visibility.start([this] { return d->viewToWatch(); });
+}
+
+QQuickItem *ZNTInterstitialManager::Private::viewToWatch() const
+{
+    return interstitialAd && !hasReportedExposure ? interstitialAd->adView() : nullptr;
+}
+
+void ZNTInterstitialManager::Private::reportExposure()
+{
+    if (hasReportedExposure)
+        return;
+    fireTracking(tracking.view,
+        {.opening = "Starting exposure reporting",
+            .name = "Exposure report",
+            .closing = "All exposure reports completed"},
+        [self = QPointer<ZNTInterstitialManager>(q)] {
+            if (self)
+                self->d->hasReportedExposure = true;
+        });
+}
+
+// Click
+
+void ZNTInterstitialManager::interstitialAdDidClick()
+{
+    logInfo("Interstitial ad was clicked");
+    if (!notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidClick))
+        return;
+    const ClickTarget target = ClickTarget::of(d->adData.value_or(QJsonObject()));
+    logInfo("Click URLs - h5url: %1, deepLinkUrl: %2", target.webPage, target.deepLink);
+    openClickTarget(target, [self = QPointer<ZNTInterstitialManager>(this)] {
+        if (self)
+            notify(self, self->d->delegate,
+                &ZNTInterstitialDelegate::interstitialAdDidCloseOtherController);
+    });
+    d->reportClick();
+}
+
+void ZNTInterstitialManager::Private::reportClick() const
+{
+    fireTracking(tracking.click,
+        {.opening = "Starting click reporting",
+            .name = "Click report",
+            .closing = "All click reports completed",
+            .namesUrl = false});
+    fireTracking(
+        tracking.dpEvent, {.opening = "Starting dpEventUrls reporting", .name = "DpEvent report"});
+}
+
+// Close
+
+void ZNTInterstitialManager::interstitialAdDidAutoClose(bool autoClose)
+{
+    logInfo("Interstitial ad %1", QLatin1String(autoClose ? "auto-closed" : "closed manually"));
+    d->visibility.stop();
+    if (d->adData)
+        sendNegativeFeedback(json::string(d->adData->value(u"ad_id")));
+    notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidAutoClose, autoClose);
+}
+
+// Passed on
+
+void ZNTInterstitialManager::interstitialAdDidLoad()
+{
+    logInfo("Interstitial ad loaded successfully");
+    notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidLoad);
+}
+
+void ZNTInterstitialManager::interstitialAdDidCloseOtherController()
+{
+    logInfo("Interstitial ad closed other controller");
+    notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidCloseOtherController);
+}
+
+// Properties
+
+void ZNTInterstitialManager::setDelegate(const ZNTDelegateRef<ZNTInterstitialDelegate> &delegate)
+{
+    d->delegate = delegate;
+}
+
+QString ZNTInterstitialManager::mediaId() const
+{
+    return d->mediaId;
+}
+
+void ZNTInterstitialManager::setMediaId(const QString &mediaId)
+{
+    d->mediaId = mediaId;
+}
+
+QQuickItem *ZNTInterstitialManager::showAdController() const
+{
+    return d->showAdController;
+}
+
+void ZNTInterstitialManager::setShowAdController(QQuickItem *controller)
+{
+    d->showAdController = controller;
+}
+
+double ZNTInterstitialManager::autoCloseTime() const
+{
+    return d->autoCloseTime;
+}
+
+void ZNTInterstitialManager::setAutoCloseTime(double seconds)
+{
+    d->autoCloseTime = seconds;
+}
+
+bool ZNTInterstitialManager::isLoading() const
+{
+    return d->isLoading;
+}
+
+bool ZNTInterstitialManager::hasReportedExposure() const
+{
+    return d->hasReportedExposure;
+}
+
+ZNTInterstitialAd *ZNTInterstitialManager::interstitialAd() const
+{
+    return d->interstitialAd.get();
+}
+
+std::optional<QJsonObject> ZNTInterstitialManager::adData() const
+{
+    return d->adData;
+}
+
+QJsonArray ZNTInterstitialManager::viewUrl3rd() const
+{
+    return d->tracking.view;
+}
+
+QJsonValue ZNTInterstitialManager::clickUrl3rd() const
+{
+    return d->tracking.click;
+}
+
+QJsonArray ZNTInterstitialManager::dpEventUrls() const
+{
+    return d->tracking.dpEvent;
+}
