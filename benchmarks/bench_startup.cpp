@@ -1,5 +1,5 @@
-// What the library takes of the main thread: the registration call, and the longest single slice from
-// the load call to the first frame of a splash ad, beside the same window without an ad.
+// What the library takes of the main thread: the registration call, and the longest single slice
+// from the load call to the first frame of a splash ad, beside the same window without an ad.
 
 #include "sandbox/exchange.h"
 
@@ -29,7 +29,11 @@ public:
         QElapsedTimer timer;
         timer.start();
         const bool result = QGuiApplication::notify(receiver, event);
-        longest = qMax(longest, double(timer.nsecsElapsed()) / 1e6);
+        const double took = double(timer.nsecsElapsed()) / 1e6;
+        if (took > 5 && qEnvironmentVariableIsSet("SHOW_SLICES"))
+            qInfo(
+                "%6.2f ms: %s event %d", took, receiver->metaObject()->className(), event->type());
+        longest = qMax(longest, took);
         return leave(result);
     }
 
@@ -121,7 +125,8 @@ void splashAd(benchmark::State &state)
     }
     state.counters["longest_slice_ms"] = longest;
 }
-BENCHMARK(splashAd)->ArgName("style")->DenseRange(0, 2)->Iterations(10)->Unit(benchmark::kMillisecond);
+BENCHMARK(splashAd)->ArgName("style")->DenseRange(0, 2)->Iterations(10)->Unit(
+    benchmark::kMillisecond);
 
 } // namespace
 
@@ -145,8 +150,8 @@ int main(int argc, char **argv)
     ZNTAdsSDK::setEndpoints(exchange->httpsUrl(), exchange->httpUrl());
     QElapsedTimer timer;
     timer.start();
-    ZNTAdsSDK::registerWithAppId(QStringLiteral("app"), QStringLiteral("media"),
-        QStringLiteral("demo-secret"));
+    ZNTAdsSDK::registerWithAppId(
+        QStringLiteral("app"), QStringLiteral("media"), QStringLiteral("demo-secret"));
     registration = double(timer.nsecsElapsed()) / 1e6;
     ZNTAdsSDK::setLogEnabled(false);
 

@@ -10,6 +10,7 @@
 #include "model/trackinglists.h"
 #include "support/countdown.h"
 #include "support/json.h"
+#include "support/viewengine.h"
 #include "support/visibleshare.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
@@ -31,6 +32,13 @@ constexpr double reportableShare = 70;
 ZNTError splashError(int code, const QString &description)
 {
     return {QStringLiteral("ZNTSplashManager"), code, description};
+}
+
+QString looksOf(qint64 style)
+{
+    if (style == 2)
+        return QStringLiteral("SlideAdView");
+    return style == 1 ? QStringLiteral("ShakeAdView") : QStringLiteral("SplashImageAdView");
 }
 
 void raise(QQuickItem *item)
@@ -138,6 +146,7 @@ void ZNTSplashManager::Private::load()
         return;
     }
     logInfo("Starting to request splash ad data with mediaId: %1", mediaId);
+    prepareLooks(looksOf(adStyle));
     const QPointer<ZNTSplashManager> self(q);
     ZNTAdsManager::sharedInstance()->requestAdWithPositionId(
         mediaId, 0.0,

@@ -167,7 +167,7 @@ private:
     // Qt gives up a 307 and a 308 by itself when the upload cannot be rewound.
     std::optional<QUrl> redirection() const
     {
-        static constexpr std::array statuses {301, 302, 303, 307, 308};
+        static constexpr std::array statuses{301, 302, 303, 307, 308};
         const QByteArray location = m_reply->rawHeader("Location");
         if (location.isEmpty() || !std::ranges::count(statuses, m_answer.status)
             || (isTransferError(m_reply) && m_reply->error() != QNetworkReply::ContentReSendError))

@@ -21,15 +21,16 @@ void fill(QQuickItem *looks, const QQuickItem *view)
 class ViewEngine
 {
 public:
+    void prepare(const QString &name)
+    {
+        if (!m_components.contains(name))
+            load(name, QQmlComponent::Asynchronous);
+    }
+
     QQmlComponent *component(const QString &name)
     {
-        QQmlComponent *&known = m_components[name];
-        if (!known) {
-            const QString url =
-                QStringLiteral("qrc:/qt-project.org/imports/ZNTAds/%1.qml").arg(name);
-            known = new QQmlComponent(&m_engine, QUrl(url), &m_engine);
-        }
-        return known;
+        QQmlComponent *known = m_components.value(name);
+        return known && !known->isLoading() ? known : load(name, QQmlComponent::PreferSynchronous);
     }
 
     QQuickItem *create(const QString &name, QQuickItem *view)
@@ -52,6 +53,14 @@ public:
     }
 
 private:
+    QQmlComponent *load(const QString &name, QQmlComponent::CompilationMode mode)
+    {
+        const QUrl url(QStringLiteral("qrc:/qt-project.org/imports/ZNTAds/%1.qml").arg(name));
+        auto *component = new QQmlComponent(&m_engine, url, mode, &m_engine);
+        m_components.insert(name, component);
+        return component;
+    }
+
     QQmlEngine m_engine;
     QHash<QString, QQmlComponent *> m_components;
 };
@@ -73,6 +82,12 @@ ViewEngine *startedEngine()
 }
 
 } // namespace
+
+void prepareLooks(const QString &name)
+{
+    if (ViewEngine *with = startedEngine())
+        with->prepare(name);
+}
 
 QQuickItem *createLooks(QQuickItem *view, const QString &name)
 {

@@ -19,4 +19,7 @@ namespace znt {
 // outlive it stay valid items whose bindings no longer follow.
 ZNTADS_INTERNAL QQuickItem *createLooks(QQuickItem *view, const QString &name);
 
+// Loads `name`.qml in the background, so that createLooks() need not. Main thread.
+ZNTADS_INTERNAL void prepareLooks(const QString &name);
+
 } // namespace znt

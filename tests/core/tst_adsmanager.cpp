@@ -88,16 +88,15 @@ private slots:
 
     void registration()
     {
-        exchange.setAnswerAt(
-            QStringLiteral("/conf.do"),
+        exchange.setAnswerAt(QStringLiteral("/conf.do"),
             {.body = R"({"code": 200, "releaseDateTime": "2026", "version": 7, "enableAdLog": "1",
                 "ixCtrlArgs": [{"canSkip": "3", "adType": 4294967298, "slopArgs": [{"startHour": 1}],
                 "shakeArgs": [{"startHour": 8}, {"endHour": 9}]}, {"canSkip": 9}]})"});
         test::LogLines log;
         ZNTAdsSDK::registerWithAppId(QStringLiteral("app"), QString(), QStringLiteral("s3cret"));
         QVERIFY(!ZNTAdsSDK::isInitialized());
-        ZNTAdsSDK::registerWithAppId(QStringLiteral("app"), QStringLiteral("media"),
-                                     QStringLiteral("s3cret"));
+        ZNTAdsSDK::registerWithAppId(
+            QStringLiteral("app"), QStringLiteral("media"), QStringLiteral("s3cret"));
         QVERIFY(ZNTAdsSDK::isInitialized());
         ZNTAdsSDK::registerWithAppId(QStringLiteral("other"), QStringLiteral("other"), {});
         QCOMPARE(manager->appId(), QStringLiteral("app"));
@@ -143,7 +142,7 @@ private slots:
         for (const auto &[name, value] : sent.headers)
             names.append(name);
         for (const char *name :
-             {"Accept-Encoding", "Content-Type", "appId", "mediaId", "ts", "sign"})
+            {"Accept-Encoding", "Content-Type", "appId", "mediaId", "ts", "sign"})
             QCOMPARE(names.count(name), 1);
         QCOMPARE(sent.header("Accept-Encoding"), QByteArray("gzip"));
         QCOMPARE(sent.header("Content-Type"), QByteArray("application/json; charset=UTF-8"));
@@ -156,16 +155,16 @@ private slots:
         QCOMPARE(body[u"device"][u"os"], QLatin1String("2"));
         QVERIFY(body[u"device"][u"screenWidth"].toInt() > 0);
         QCOMPARE(body[u"imps"].toArray(),
-                 QJsonArray({QJsonObject {{"positionId", "splash"}, {"bidPrice", 0.5}}}));
+            QJsonArray({QJsonObject{{"positionId", "splash"}, {"bidPrice", 0.5}}}));
         QCOMPARE(body[u"test"], 1);
         static const QRegularExpression uuid(
             QStringLiteral("^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$"));
         for (const QString &id : {body[u"id"].toString(), body[u"device"][u"idfa"].toString(),
-                                  body[u"device"][u"idfv"].toString()})
+                 body[u"device"][u"idfv"].toString()})
             QVERIFY2(uuid.match(id).hasMatch(), qPrintable(id));
         // printf ams1700000000 | sha256sum
         QCOMPARE(manager->sha256(QStringLiteral("ams1700000000")),
-                 QLatin1String("d0c8b0269cebc5943865fa3a6c6e704b6943b9905aac28a2b914f37f3db4602a"));
+            QLatin1String("d0c8b0269cebc5943865fa3a6c6e704b6943b9905aac28a2b914f37f3db4602a"));
     }
 
     void answersOfEveryShape_data()
@@ -232,10 +231,9 @@ private slots:
 
     void fromAnotherThread()
     {
-        std::atomic<QThread *> answeredOn {nullptr};
+        std::atomic<QThread *> answeredOn{nullptr};
         QThreadPool::globalInstance()->start([this, &answeredOn] {
-            manager->requestAdWithPositionId(
-                QStringLiteral("splash"), 0,
+            manager->requestAdWithPositionId(QStringLiteral("splash"), 0,
                 [&answeredOn](const QJsonObject &) { answeredOn = QThread::currentThread(); }, {});
         });
         QTRY_COMPARE(answeredOn.load(), qApp->thread());
@@ -246,8 +244,7 @@ private slots:
         std::optional<bool> accepted;
         const auto send = [&](const QJsonValue &ext) {
             accepted.reset();
-            manager->sendNegativeFeedbackWithType(
-                1, QStringLiteral("ad-1"), ext,
+            manager->sendNegativeFeedbackWithType(1, QStringLiteral("ad-1"), ext,
                 [&accepted](bool success, const auto &) { accepted = success; });
             return QTest::qWaitFor([&accepted] { return accepted.has_value(); });
         };
@@ -257,8 +254,8 @@ private slots:
         QVERIFY(send(QJsonValue::Undefined));
         QVERIFY(*accepted);
         QCOMPARE(lastBody().keys(),
-                 QStringList({"apiVersion", "app", "bizId", "device", "id", "negTye"}));
-        QVERIFY(send(QJsonObject {{"why", 1}}));
+            QStringList({"apiVersion", "app", "bizId", "device", "id", "negTye"}));
+        QVERIFY(send(QJsonObject{{"why", 1}}));
         QCOMPARE(lastBody()[u"ext"][u"why"], 1);
         exchange.setSecret(QStringLiteral("another"));
         QVERIFY(send({}));
@@ -268,7 +265,7 @@ private slots:
 
     void exposureRatio()
     {
-        const QList<QPair<double, double>> kept {
+        const QList<QPair<double, double>> kept{
             {150.0, 100.0}, {-5.0, 0.0}, {qQNaN(), 0.0}, {33.3, 33.3}};
         for (const auto &[given, expected] : kept) {
             manager->setExposureRatio(given);

@@ -61,12 +61,12 @@ private:
         QJsonObject changed = answer();
         QJsonObject ad = changed[u"data"][0].toObject();
         ad[QLatin1String(key)] = value;
-        changed[u"data"] = QJsonArray {ad};
+        changed[u"data"] = QJsonArray{ad};
         return changed;
     }
     static QJsonObject answerTracking(const QJsonObject &trackInfo)
     {
-        return {{"code", 200}, {"data", QJsonArray {QJsonObject {{"trackInfo", trackInfo}}}}};
+        return {{"code", 200}, {"data", QJsonArray{QJsonObject{{"trackInfo", trackInfo}}}}};
     }
     int hits(const char *list) const
     {
@@ -101,8 +101,8 @@ private:
 private slots:
     void initTestCase()
     {
-        ZNTAdsSDK::registerWithAppId(QStringLiteral("app"), QStringLiteral("media"),
-                                     QStringLiteral("demo-secret"));
+        ZNTAdsSDK::registerWithAppId(
+            QStringLiteral("app"), QStringLiteral("media"), QStringLiteral("demo-secret"));
         ZNTAdsSDK::setUrlOpener([this](const QUrl &url) {
             opened.append(url.toString());
             return opens || url.scheme().startsWith(QLatin1String("http"));
@@ -138,7 +138,7 @@ private slots:
         QTRY_COMPARE(hits("dp"), 2);
         QTRY_VERIFY_WITH_TIMEOUT(stage.host.events.contains(u"finish"), 7000);
         QCOMPARE(stage.host.events,
-                 QStringList({"load", "visible", "render", "click", "other", "finish"}));
+            QStringList({"load", "visible", "render", "click", "other", "finish"}));
         QVERIFY(!stage.manager->splashAdView());
         QVERIFY(!stage.manager->adData());
         QCOMPARE(exchange.hits(QStringLiteral("/s/negfb.do")), 0);
@@ -151,7 +151,8 @@ private slots:
         const auto failedWith = [&stage](int code, const char *description) {
             return QTest::qWaitFor([&] { return !stage.host.errors.isEmpty(); })
                 && stage.host.errors.takeFirst()
-                == ZNTError(QStringLiteral("ZNTSplashManager"), code, QString::fromUtf8(description));
+                == ZNTError(
+                    QStringLiteral("ZNTSplashManager"), code, QString::fromUtf8(description));
         };
         stage.manager->loadAndShowSplashAdWithWindow(&stage.window);
         QVERIFY(failedWith(-1001, "mediaId不能为空"));
@@ -172,19 +173,19 @@ private slots:
     void trackingListsOfAllForms()
     {
         ZNTSplashManager manager;
-        const QJsonArray list {"a", "b"};
+        const QJsonArray list{"a", "b"};
         QVERIFY(manager.handleAdResponse(
             answerTracking({{"viewUrl3rd", "v"}, {"clickUrl3rd", list}, {"dpEventUrls", "d"}})));
-        QCOMPARE(manager.viewUrl3rd(), QJsonArray {"v"});
-        QCOMPARE(manager.clickUrl3rd(), QJsonValue(QJsonArray {list})); // a list in a list
-        QCOMPARE(manager.dpEventUrls(), QJsonArray {"d"});
+        QCOMPARE(manager.viewUrl3rd(), QJsonArray{"v"});
+        QCOMPARE(manager.clickUrl3rd(), QJsonValue(QJsonArray{list})); // a list in a list
+        QCOMPARE(manager.dpEventUrls(), QJsonArray{"d"});
         QVERIFY(manager.handleAdResponse(
             answerTracking({{"viewUrl3rd", 5}, {"clickUrl3rd", "x"}, {"dpEventUrls", 1}})));
-        QCOMPARE(manager.clickUrl3rd(), QJsonValue(QJsonArray {list})); // left as it was
-        QVERIFY(manager.handleAdResponse(
-            answerTracking({{"viewUrl3rd", list}, {"clickUrl3rd", "x"}})));
+        QCOMPARE(manager.clickUrl3rd(), QJsonValue(QJsonArray{list})); // left as it was
+        QVERIFY(
+            manager.handleAdResponse(answerTracking({{"viewUrl3rd", list}, {"clickUrl3rd", "x"}})));
         QCOMPARE(manager.clickUrl3rd(), QJsonValue("x")); // no list at all
-        manager.handleAdClick(); // which fires nothing
+        manager.handleAdClick();                          // which fires nothing
         QVERIFY(manager.handleAdResponse(answerTracking({{"viewUrl3rd", "v"}})));
         QCOMPARE(manager.clickUrl3rd(), QJsonValue(QJsonArray()));
     }
@@ -204,8 +205,7 @@ private slots:
         Stage stage;
         QVERIFY(stage.shows(answerWith("adId", adId)));
         QQuickItem *skip = stage.manager->splashAdView()->skipButton();
-        QTest::mouseClick(&stage.window, Qt::LeftButton, {},
-                          skip->mapToScene({15, 15}).toPoint());
+        QTest::mouseClick(&stage.window, Qt::LeftButton, {}, skip->mapToScene({15, 15}).toPoint());
         QTRY_VERIFY(stage.host.events.contains(u"finish"));
         QVERIFY(!stage.host.events.contains(u"click"));
         QTRY_COMPARE(exchange.requests(QStringLiteral("/s/negfb.do")).size(), feedbacks);
@@ -226,7 +226,7 @@ private slots:
         QTest::qWait(250);
         stage.manager->splashAdView()->setX(0);
         QTest::qWait(250);
-        QCOMPARE(stage.host.events, QStringList {"visible"});
+        QCOMPARE(stage.host.events, QStringList{"visible"});
         QCOMPARE(hits("view"), 0);
     }
 
@@ -236,7 +236,7 @@ private slots:
         stage.window.contentItem()->setOpacity(0);
         QVERIFY(stage.shows(answer()));
         QTest::qWait(250);
-        QCOMPARE(stage.host.events, QStringList {"visible"});
+        QCOMPARE(stage.host.events, QStringList{"visible"});
         stage.window.contentItem()->setOpacity(1);
         QTRY_VERIFY_WITH_TIMEOUT(stage.host.events.contains(u"render"), 400);
     }
@@ -270,14 +270,14 @@ private slots:
         QTest::addColumn<bool>("tellsHost");
         const QString app = QStringLiteral("zntdemo://x");
         const QString web = QStringLiteral("https://localhost/x");
-        QTest::newRow("deep link") << app << web << true << QStringList {app} << true;
-        QTest::newRow("fallback") << app << web << false << QStringList {app, web} << true;
-        QTest::newRow("no fallback") << app << QString() << false << QStringList {app} << true;
-        QTest::newRow("web page") << QString() << web << true << QStringList {web} << true;
+        QTest::newRow("deep link") << app << web << true << QStringList{app} << true;
+        QTest::newRow("fallback") << app << web << false << QStringList{app, web} << true;
+        QTest::newRow("no fallback") << app << QString() << false << QStringList{app} << true;
+        QTest::newRow("web page") << QString() << web << true << QStringList{web} << true;
         QTest::newRow("none") << QString() << QString() << true << QStringList() << false;
-        for (const char *local : {"file:///etc/passwd", "FILE:///etc/passwd", "qrc:/x", "/etc/passwd",
-                                  "//host/share", "C:/x", "javascript:alert(1)", "data:text/html,x"})
-            QTest::newRow(local) << QString::fromLatin1(local) << web << true << QStringList {web}
+        for (const char *local : {"file:///etc/passwd", "FILE:///etc/passwd", "qrc:/x",
+                 "/etc/passwd", "//host/share", "C:/x", "javascript:alert(1)", "data:text/html,x"})
+            QTest::newRow(local) << QString::fromLatin1(local) << web << true << QStringList{web}
                                  << true;
     }
     void clickTargets()
@@ -289,7 +289,7 @@ private slots:
         opens = *static_cast<bool *>(QTest::qData("opens", qMetaTypeId<bool>()));
         Stage stage;
         stage.manager->handleAdResponse(
-            answerWith("urlInfo", QJsonObject {{"deepLinkUrl", deepLink}, {"h5url", webPage}}));
+            answerWith("urlInfo", QJsonObject{{"deepLinkUrl", deepLink}, {"h5url", webPage}}));
         stage.manager->handleAdClick();
         QTest::qWait(20);
         QCOMPARE(opened, expected);

@@ -40,7 +40,7 @@ private slots:
         QCOMPARE(failed.body, QByteArray("why"));
 
         exchange.setAnswerAt(QStringLiteral("/half"),
-                             {.body = "0123456789", .delivery = Answer::Delivery::Truncated});
+            {.body = "0123456789", .delivery = Answer::Delivery::Truncated});
         QVERIFY(sent({.url = at(QStringLiteral("/half"))}).error);
         QVERIFY(sent({.url = QUrl(QStringLiteral("http://127.0.0.1:1/"))}).error);
     }
@@ -49,8 +49,8 @@ private slots:
     {
         QTest::addColumn<QString>("url");
         for (const char *url :
-             {"file:///etc/passwd", "data:text/plain,hello", "qrc:/qt-project.org/imports",
-              "ftp://localhost/", "", "no url", "http://", "https:///path", "javascript:1"})
+            {"file:///etc/passwd", "data:text/plain,hello", "qrc:/qt-project.org/imports",
+                "ftp://localhost/", "", "no url", "http://", "https:///path", "javascript:1"})
             QTest::newRow(url) << QString::fromLatin1(url);
     }
     void nothingButHttpIsAskedFor()
@@ -64,34 +64,34 @@ private slots:
     void gzipIsUnderstoodAndBounded()
     {
         exchange.setAnswerAt(QStringLiteral("/packed"), {.body = "plain text", .gzip = true});
-        exchange.setAnswerAt(QStringLiteral("/bomb"),
-                             {.body = QByteArray(40 * 1024 * 1024, ' '), .gzip = true});
+        exchange.setAnswerAt(
+            QStringLiteral("/bomb"), {.body = QByteArray(40 * 1024 * 1024, ' '), .gzip = true});
         exchange.setAnswerAt(QStringLiteral("/broken"),
-                             {.body = "no gzip", .headers = {{"Content-Encoding", "gzip"}}});
-        const QList<QPair<QByteArray, QByteArray>> headers {{"Accept-Encoding", "gzip"}};
+            {.body = "no gzip", .headers = {{"Content-Encoding", "gzip"}}});
+        const QList<QPair<QByteArray, QByteArray>> headers{{"Accept-Encoding", "gzip"}};
         QCOMPARE(sent({.url = at(QStringLiteral("/packed")), .headers = headers}).body,
-                 QByteArray("plain text"));
+            QByteArray("plain text"));
         QVERIFY(sent({.url = at(QStringLiteral("/bomb")), .headers = headers}).error);
         QVERIFY(sent({.url = at(QStringLiteral("/broken")), .headers = headers}).error);
     }
 
     void sizeAndTimeAreBounded()
     {
-        exchange.setAnswerAt(QStringLiteral("/endless"),
-                             {.body = "x", .delivery = Answer::Delivery::Endless});
+        exchange.setAnswerAt(
+            QStringLiteral("/endless"), {.body = "x", .delivery = Answer::Delivery::Endless});
         QVERIFY(sent({.url = at(QStringLiteral("/endless"))}, {.bytes = 100'000}).error);
         // A body that nobody reads is cut off without fault.
-        QVERIFY(!sent({.url = at(QStringLiteral("/endless"))},
-                      {.bytes = 100'000, .discardBody = true})
-                     .error);
+        QVERIFY(
+            !sent({.url = at(QStringLiteral("/endless"))}, {.bytes = 100'000, .discardBody = true})
+                 .error);
 
         using namespace std::chrono_literals;
-        exchange.setAnswerAt(QStringLiteral("/drip"), {.body = QByteArray(100, 'x'),
-                                                       .delivery = Answer::Delivery::Dripping});
+        exchange.setAnswerAt(QStringLiteral("/drip"),
+            {.body = QByteArray(100, 'x'), .delivery = Answer::Delivery::Dripping});
         QElapsedTimer timer;
         timer.start();
-        const HttpAnswer late
-            = sent({.url = at(QStringLiteral("/drip"))}, {.inactivity = 5s, .total = 1500ms});
+        const HttpAnswer late =
+            sent({.url = at(QStringLiteral("/drip"))}, {.inactivity = 5s, .total = 1500ms});
         QVERIFY(late.error);
         QCOMPARE(late.error->code(), int(QNetworkReply::TimeoutError));
         QVERIFY(timer.elapsed() < 4000);
@@ -102,15 +102,15 @@ private slots:
     {
         const QString dropped = QStringLiteral("/dropped");
         exchange.setAnswerAt(dropped, {.delivery = Answer::Delivery::Dropped});
-        exchange.setAnswerAt(QStringLiteral("/moved"),
-                             {.status = 302, .headers = {{"Location", "/there"}}});
+        exchange.setAnswerAt(
+            QStringLiteral("/moved"), {.status = 302, .headers = {{"Location", "/there"}}});
         exchange.setAnswerAt(QStringLiteral("/there"), {.body = "there"});
         HttpClient client({});
         int answered = 0;
         for (const char *method : {"GET", "POST", "GET", "POST", "GET", "POST"}) {
             for (const QString &path : {dropped, QStringLiteral("/moved")}) {
                 client.send({.url = at(path), .method = method, .headers = {}, .body = "{}"},
-                            [&answered](const HttpAnswer &) { ++answered; });
+                    [&answered](const HttpAnswer &) { ++answered; });
                 const int before = answered;
                 QTRY_VERIFY(answered > before);
             }
@@ -123,8 +123,8 @@ private slots:
     void redirectionsStayOnTheWeb()
     {
         const auto moved = [this](const QByteArray &target) {
-            exchange.setAnswerAt(QStringLiteral("/from"),
-                                 {.status = 307, .headers = {{"Location", target}}});
+            exchange.setAnswerAt(
+                QStringLiteral("/from"), {.status = 307, .headers = {{"Location", target}}});
             return sent({.url = at(QStringLiteral("/from")), .method = "POST", .body = "body"});
         };
         exchange.setAnswerAt(QStringLiteral("/to"), {.body = "arrived"});
@@ -137,10 +137,10 @@ private slots:
 
     void aClientThatDiesAnswersNobody()
     {
-        auto client = std::make_unique<HttpClient>(HttpLimits {});
+        auto client = std::make_unique<HttpClient>(HttpLimits{});
         bool answered = false;
         client->send({.url = at(QStringLiteral("/to"))},
-                     [&answered](const HttpAnswer &) { answered = true; });
+            [&answered](const HttpAnswer &) { answered = true; });
         client.reset();
         QTest::qWait(50);
         QVERIFY(!answered);
