@@ -26,7 +26,6 @@ ZNTSplashAdView::ZNTSplashAdView(const QString &looks, QQuickItem *parent)
     setVisible(false);
     setFlag(ItemIsFocusScope);
     connect(content(), &SplashContent::readyChanged, this, &ZNTSplashAdView::followContent);
-    connect(content(), &SplashContent::changed, this, &ZNTSplashAdView::contentChanged);
     // Queued: whoever hears of it may destroy the creative, and must not do so inside an event that
     // one of its children is handling.
     connect(
@@ -34,6 +33,8 @@ ZNTSplashAdView::ZNTSplashAdView(const QString &looks, QQuickItem *parent)
     connect(content(), &SplashContent::panned, this, &ZNTSplashAdView::handlePanGesture,
         Qt::QueuedConnection);
     connect(content(), &SplashContent::skipped, this, &ZNTSplashAdView::skipClicked,
+        Qt::QueuedConnection);
+    connect(content(), &SplashContent::changed, this, &ZNTSplashAdView::contentChanged,
         Qt::QueuedConnection);
     connect(SafeArea::instance(), &SafeArea::changed, this, &ZNTSplashAdView::updateSafeInsets);
     d->looks = znt::createLooks(this, looks);

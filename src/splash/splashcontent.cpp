@@ -33,6 +33,7 @@ void SplashContent::showVideo(const QString &url)
 {
     startOver(true);
     Q_EMIT changed();
+    Q_EMIT videoFrameChanged();
     m_video = std::make_unique<VideoPlayer>(url);
     connect(m_video.get(), &VideoPlayer::frame, this, [this](const QImage &frame) {
         m_videoFrame = frame;
@@ -53,6 +54,7 @@ void SplashContent::startOver(bool isVideo)
 {
     m_setup = std::make_unique<QObject>();
     m_video.reset();
+    m_videoFrame = {};
     m_isVideo = isVideo;
     setReady(false);
 }

@@ -1,0 +1,96 @@
+#include "splash/videoplayer.h"
+
+#include "support/httpclient.h"
+
+#include <QAudioDevice>
+#include <QAudioOutput>
+#include <QMediaDevices>
+#include <QPointer>
+#include <QThreadPool>
+
+namespace znt {
+
+VideoPlayer::VideoPlayer(const QString &url)
+    : m_url(url)
+{
+    HttpClient *const client = httpClient(Session::Images);
+    if (!client)
+        return;
+    client->send({.url = m_url}, [self = QPointer<VideoPlayer>(this)](const HttpAnswer &answer) {
+        const bool arrived = !answer.error && answer.status / 100 == 2;
+        if (!arrived || answer.body.isEmpty())
+            return;
+        onMainThread([self, video = answer.body] {
+            if (self)
+                self->play(video);
+        });
+    });
+}
+
+VideoPlayer::~VideoPlayer()
+{
+    if (m_player)
+        m_player->setVideoOutput(nullptr); // a backend may still have frames under way to the sink
+}
+
+void VideoPlayer::play(const QByteArray &video)
+{
+    m_video.setData(video);
+    m_video.open(QIODevice::ReadOnly);
+    m_sink = std::make_unique<QVideoSink>();
+    m_player = std::make_unique<QMediaPlayer>();
+    connect(m_sink.get(), &QVideoSink::videoFrameChanged, this, &VideoPlayer::takeFrame);
+    connect(m_player.get(), &QMediaPlayer::mediaStatusChanged, this, &VideoPlayer::rewind,
+        Qt::QueuedConnection);
+    m_player->setVideoOutput(m_sink.get());
+    if (!QMediaDevices::defaultAudioOutput().isNull()) {
+        m_sound = std::make_unique<QAudioOutput>();
+        m_player->setAudioOutput(m_sound.get());
+    }
+    // A backend plays no device without an address, though it reads nothing from there.
+    m_player->setSourceDevice(&m_video, m_url);
+    m_player->play();
+}
+
+// Frames that come faster than they can be converted are left out.
+void VideoPlayer::takeFrame(const QVideoFrame &frame)
+{
+    if (!frame.isValid())
+        return;
+    if (m_isConverting)
+        m_waiting = frame;
+    else
+        convert(frame);
+}
+
+void VideoPlayer::convert(const QVideoFrame &frame)
+{
+    m_isConverting = true;
+    QThreadPool::globalInstance()->start([frame, self = QPointer<VideoPlayer>(this)] {
+        const QImage picture = frame.toImage();
+        onMainThread([picture, self] {
+            if (self)
+                self->converted(picture);
+        });
+    });
+}
+
+void VideoPlayer::converted(const QImage &picture)
+{
+    m_isConverting = false;
+    if (m_waiting.isValid())
+        convert(std::exchange(m_waiting, {}));
+    if (!picture.isNull())
+        Q_EMIT frame(picture);
+}
+
+// Not every backend heeds QMediaPlayer::setLoops().
+void VideoPlayer::rewind(QMediaPlayer::MediaStatus status)
+{
+    if (status != QMediaPlayer::EndOfMedia)
+        return;
+    m_player->stop();
+    m_player->play();
+}
+
+} // namespace znt

@@ -1,0 +1,113 @@
+#include "splash/creatives.h"
+
+#include <QSignalSpy>
+
+using namespace znt;
+using namespace znt::test;
+using sandbox::Answer;
+
+class TestSplashVideo : public QObject
+{
+    Q_OBJECT
+
+private:
+    TrustedExchange exchange;
+
+    QString creative(const QString &name) const
+    {
+        return exchange.httpsUrl().toString() + QStringLiteral("/creatives/") + name;
+    }
+    void showVideo(Scene &scene)
+    {
+        scene.view->setupWithVideoUrl(creative(QStringLiteral("video.mp4")), {});
+        QVERIFY(scene.view->isHidden());
+        QTRY_VERIFY_WITH_TIMEOUT(!scene.view->isHidden(), 20'000);
+    }
+    static QImage grab(Scene &scene) { return scene.window.grabWindow(); }
+
+private slots:
+    void initTestCase()
+    {
+        const Answer video = {.body = QByteArray(100'000, 'x'), .contentType = "video/mp4"};
+        exchange.setAnswerAt(QStringLiteral("/noise.mp4"), video);
+    }
+
+    void init()
+    {
+        // Qt's own, where there is neither sound nor a graphics card.
+        const QString known = QStringLiteral("^(?!PulseAudioService:|QRhi\\* initializeRHI)");
+        QTest::failOnWarning(QRegularExpression(known));
+    }
+
+    void fillsTheViewInAnEndlessLoop()
+    {
+        Scene scene(Slide);
+        showVideo(scene);
+        QVERIFY(scene.view->isVideoAd());
+        for (const char *name : {"adImageView", "mainAdImageView", "adLabel", "logoImageView"})
+            QVERIFY2(scene.get(name, "hidden").toBool(), name);
+        QVERIFY(!scene.get("skipButton", "hidden").toBool());
+        const QRgb bare = scene.window.color().rgb();
+        for (const QPoint corner : {QPoint(2, 2), QPoint(372, 809)})
+            QTRY_VERIFY(grab(scene).pixel(corner) != bare);
+
+        // It has sixty frames, each three seconds.
+        auto *content = scene.view->property("content").value<QObject *>();
+        QSignalSpy frames(content, SIGNAL(videoFrameChanged()));
+        QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 65, 20'000);
+
+        scene.tap({100, 100});
+        QCOMPARE(scene.host.clicks, 1);
+        scene.tap(scene.centre("skipButton"));
+        QCOMPARE(scene.skips, 1);
+    }
+
+    void takesTurnsWithPictures()
+    {
+        Scene scene(Image);
+        const QString picture = creative(QStringLiteral("splash.jpg"));
+        for (int i = 0; i < 2; ++i) {
+            showVideo(scene);
+            QCOMPARE(
+                scene.get("actionTipLabel", "text"), QStringLiteral("点击跳转详情页或第三方应用"));
+            scene.view->setupWithImageUrl(picture, {}, {}, {});
+            QVERIFY(scene.view->isHidden() && !scene.view->isVideoAd());
+            QTRY_VERIFY(!scene.view->isHidden());
+            QVERIFY(!scene.get("mainAdImageView", "hidden").toBool());
+        }
+        // The later one counts, whichever is there first.
+        scene.view->setupWithVideoUrl(creative(QStringLiteral("video.mp4")), {});
+        scene.view->setupWithImageUrl(picture, {}, {}, {});
+        QTRY_VERIFY(!scene.view->isHidden());
+        scene.view->setupWithImageUrl(picture, {}, {}, {});
+        scene.view->setupWithVideoUrl(creative(QStringLiteral("nothing.mp4")), {});
+        showVideo(scene);
+    }
+
+    void staysHiddenWithoutAVideo()
+    {
+        Scene noise(Image);
+        Scene gone(Shake);
+        Scene file(Slide);
+        Scene good(Image);
+        noise.view->setupWithVideoUrl(
+            exchange.httpsUrl().toString() + QStringLiteral("/noise.mp4"), {});
+        gone.view->setupWithVideoUrl(creative(QStringLiteral("nothing.mp4")), {});
+        file.view->setupWithVideoUrl(QStringLiteral("file:///etc/passwd"), {});
+        showVideo(good);
+        QVERIFY(noise.view->isHidden() && gone.view->isHidden() && file.view->isHidden());
+    }
+
+    void mayDieWhileItPlays()
+    {
+        Scene early(Image);
+        early.view->setupWithVideoUrl(creative(QStringLiteral("video.mp4")), {});
+        Scene scene(Image);
+        connect(scene.view, &ZNTSplashAdView::hiddenChanged, this, [&] { delete scene.view; });
+        scene.view->setupWithVideoUrl(creative(QStringLiteral("video.mp4")), {});
+        QTRY_VERIFY_WITH_TIMEOUT(!scene.view, 20'000);
+    }
+};
+
+QTEST_MAIN(TestSplashVideo)
+#include "tst_splashvideo.moc"
