@@ -1,6 +1,7 @@
 #include "support/imageview.h"
 
 #include "support/exchangetest.h"
+#include "support/pictures.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -9,22 +10,7 @@
 #include <QTest>
 
 using namespace znt;
-
-namespace {
-
-// Left half red, right half blue.
-QImage twoHalves(const QSize &size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = size.width() / 2; x < size.width(); ++x)
-            image.setPixelColor(x, y, Qt::blue);
-    }
-    return image;
-}
-
-} // namespace
+using test::twoHalves;
 
 class TestViews : public QObject
 {
