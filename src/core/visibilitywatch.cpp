@@ -6,26 +6,23 @@
 
 #include <QQuickItem>
 
-#include <chrono>
-
 namespace znt {
+
+bool isSeen(const QQuickItem *item)
+{
+    const std::optional<double> share = visibleShare(item);
+    return share && *share >= ZNTAdsManager::sharedInstance()->currentExposureRatio();
+}
 
 VisibilityWatch::VisibilityWatch(QObject *parent)
     : QObject(parent)
 {
-    m_timer.setInterval(std::chrono::milliseconds(100));
-    connect(&m_timer, &QTimer::timeout, this, &VisibilityWatch::tick);
 }
 
 void VisibilityWatch::start(std::function<QQuickItem *()> item)
 {
     m_item = std::move(item);
     m_timer.start();
-}
-
-void VisibilityWatch::stop()
-{
-    m_timer.stop();
 }
 
 void VisibilityWatch::tick()
@@ -35,8 +32,7 @@ void VisibilityWatch::tick()
         stop();
         return;
     }
-    const std::optional<double> share = visibleShare(item);
-    if (!share || *share < ZNTAdsManager::sharedInstance()->currentExposureRatio())
+    if (!isSeen(item))
         return;
     stop();
     Q_EMIT seen();

@@ -1,15 +1,18 @@
 // Waits until enough of an ad's view is on screen.
 #pragma once
 
-#include <ZNTAds/ZNTAdsGlobal.h>
+#include "core/visibilitytimer.h"
 
-#include <QTimer>
+#include <QObject>
 
 #include <functional>
 
 class QQuickItem;
 
 namespace znt {
+
+// Whether the item's visible share has reached the exposure ratio.
+ZNTADS_INTERNAL bool isSeen(const QQuickItem *item);
 
 // Looks ten times a second at an item until it is seen.
 class ZNTADS_INTERNAL VisibilityWatch : public QObject
@@ -21,17 +24,17 @@ public:
 
     // Starts over. `item` gives the item at each tick; none, or one in no window, ends the watch.
     void start(std::function<QQuickItem *()> item);
-    void stop();
+    void stop() { m_timer.stop(); }
     bool isRunning() const { return m_timer.isActive(); }
 
 Q_SIGNALS:
-    // The visible share has reached the exposure ratio; the watch has stopped already.
+    // The item is seen; the watch has stopped already.
     void seen();
 
 private:
     void tick();
 
-    QTimer m_timer;
+    VisibilityTimer m_timer{[this] { tick(); }};
     std::function<QQuickItem *()> m_item;
 };
 

@@ -1,0 +1,200 @@
+#include "support/exchangetest.h"
+#include "support/visibleshare.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QRandomGenerator>
+#include <QSGSimpleRectNode>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace znt;
+
+namespace {
+
+constexpr QSize windowSize(120, 90);
+constexpr QRgb adColor = 0xffff0000;
+
+class Box : public QQuickItem
+{
+public:
+    Box(QQuickItem *parent, const QRectF &frame, QRgb color = 0)
+        : QQuickItem(parent)
+        , m_color(color)
+    {
+        setPosition(frame.topLeft());
+        setSize(frame.size());
+        setFlag(ItemHasContents, qAlpha(color) > 0);
+    }
+
+protected:
+    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *) override
+    {
+        auto *rectangle = node ? static_cast<QSGSimpleRectNode *>(node) : new QSGSimpleRectNode;
+        rectangle->setRect(QRectF(QPointF(), size()));
+        rectangle->setColor(QColor::fromRgb(m_color));
+        return rectangle;
+    }
+
+private:
+    const QRgb m_color;
+};
+
+// The walk as Qt's own mapping has it.
+std::optional<double> mappedShare(const QQuickItem *item)
+{
+    QRectF part(QPointF(), item->size());
+    for (const QQuickItem *at = item; at->parentItem(); at = at->parentItem()) {
+        part = at->mapRectToItem(at->parentItem(), part);
+        if (at->parentItem()->clip())
+            part = part.intersected(QRectF(QPointF(), at->parentItem()->size()));
+        if (part.width() < 1e-9 || part.height() < 1e-9) // what rounding makes of nothing
+            return std::nullopt;
+    }
+    part = part.intersected(QRectF(QPointF(), item->window()->size()));
+    const double share = part.width() * part.height() / (item->width() * item->height()) * 100;
+    return share > 0 ? std::optional(share) : std::nullopt;
+}
+
+} // namespace
+
+class TestVisibleShare : public QObject
+{
+    Q_OBJECT
+
+private:
+    QQuickWindow window;
+    QRandomGenerator random{1};
+
+    int between(int low, int high) { return random.bounded(low, high + 1); }
+    bool oneIn(int count) { return random.bounded(count) == 0; }
+
+    // In steps that stay whole pixels when they are halved twice, about their middle too.
+    QRectF randomFrame()
+    {
+        return QRectF(
+            8 * between(-5, 10), 8 * between(-5, 8), 8 * between(1, 10), 8 * between(1, 10));
+    }
+
+    // A chain of boxes with an ad at its end; nothing is drawn but the ad.
+    Box *randomTree(QQuickItem *root)
+    {
+        QQuickItem *at = root;
+        int scalings = 2;
+        for (int depth = between(0, 5); depth > 0; --depth) {
+            at = new Box(at, randomFrame());
+            at->setClip(oneIn(3));
+            at->setTransformOrigin(QQuickItem::TransformOrigin(between(0, 8)));
+            if (oneIn(5) && scalings-- > 0)
+                at->setScale(oneIn(2) ? 0.5 : 2);
+            if (oneIn(20))
+                at->setOpacity(oneIn(2) ? 0 : 0.5);
+            if (oneIn(25))
+                at->setVisible(false);
+        }
+        return new Box(at, randomFrame(), adColor);
+    }
+
+    // In percent of the ad's area, from the pixels of a picture that are not the window's white.
+    double drawnShare(const QImage &picture, const Box *ad) const
+    {
+        double pixels = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            const auto *line = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+            pixels += std::count_if(
+                line, line + picture.width(), [](QRgb pixel) { return qGreen(pixel) < 250; });
+        }
+        return pixels / (ad->width() * ad->height()) * 100;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        window.setColor(Qt::white);
+        window.resize(windowSize);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+    }
+
+    void init() { test::failOnWarnings(); }
+
+    void agreesWithTheDrawnPixels()
+    {
+        int seen = 0;
+        for (int i = 0; i < 5000; ++i) {
+            Box root(window.contentItem(), QRectF(QPointF(), windowSize));
+            const Box *ad = randomTree(&root);
+            const std::optional<double> share = visibleShare(ad);
+            const double drawn = drawnShare(window.grabWindow(), ad);
+            for (const double ratio : {0.0, 10.0, 50.0, 70.0, 100.0}) {
+                const bool counts = share && *share >= ratio;
+                QVERIFY2(counts == (drawn > 0 && drawn >= ratio - 1e-9),
+                    qPrintable(QStringLiteral("tree %1: %2 of %3 at %4")
+                                   .arg(i)
+                                   .arg(share.value_or(-1))
+                                   .arg(drawn)
+                                   .arg(ratio)));
+                seen += counts;
+            }
+        }
+        QVERIFY(seen > 3000 && seen < 20000); // the trees are of all kinds
+    }
+
+    void agreesWithQtAboutTurnedItems()
+    {
+        for (int i = 0; i < 300; ++i) {
+            Box root(window.contentItem(), QRectF(QPointF(), windowSize));
+            const Box *ad = randomTree(&root);
+            for (QQuickItem *at = ad->parentItem(); at != &root && at != root.parentItem();
+                 at = at->parentItem()) {
+                at->setVisible(true);
+                at->setOpacity(1);
+                at->setRotation(oneIn(2) ? between(-180, 180) : 0);
+            }
+            const double share = visibleShare(ad).value_or(0);
+            const double expected = mappedShare(ad).value_or(0);
+            QVERIFY2(qAbs(share - expected) < 1e-6,
+                qPrintable(QStringLiteral("tree %1: %2, not %3").arg(i).arg(share).arg(expected)));
+        }
+    }
+
+    void heedsTransformLists()
+    {
+        QQmlEngine engine;
+        QQmlComponent component(&engine);
+        component.setData("import QtQuick\nItem { width: 40; height: 40; \n"
+                          "transform: Translate { x: 100 }\n"
+                          "Item { objectName: 'ad'; width: 40; height: 40 } }",
+            {});
+        const std::unique_ptr<QObject> created(component.create());
+        auto *item = qobject_cast<QQuickItem *>(created.get());
+        QVERIFY(item);
+        item->setParentItem(window.contentItem());
+        QCOMPARE(visibleShare(item->childItems().first()), std::optional(50.0));
+    }
+
+    void knowsWindowsAndEmptyItems()
+    {
+        QVERIFY(!visibleShare(nullptr));
+        Box ad(nullptr, QRectF(0, 0, 10, 10));
+        QVERIFY(!visibleShare(&ad));
+        ad.setParentItem(window.contentItem());
+        QCOMPARE(visibleShare(&ad), std::optional(100.0));
+        ad.setOpacity(0.01);
+        QCOMPARE(visibleShare(&ad), std::optional(100.0));
+        ad.setSize({0, 10});
+        QVERIFY(!visibleShare(&ad));
+        ad.setSize({10, 10});
+        window.contentItem()->setOpacity(0);
+        QVERIFY(!visibleShare(&ad));
+        window.contentItem()->setOpacity(1);
+        window.hide();
+        QVERIFY(!visibleShare(&ad));
+        QCOMPARE(shareInWindow(&ad), std::optional(100.0));
+        window.show();
+        QCOMPARE(visibleShare(&ad), std::optional(100.0));
+    }
+};
+
+QTEST_MAIN(TestVisibleShare)
+#include "tst_visibleshare.moc"
