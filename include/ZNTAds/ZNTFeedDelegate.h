@@ -12,7 +12,8 @@ class ZNTFeedDelegate
 public:
     virtual ~ZNTFeedDelegate() = default;
 
-    /// A load succeeded. @p ads is the manager's own list, which the next load empties.
+    /// A load succeeded. @p ads are the manager's records at this moment, none if it asked for
+    /// none. Keep them: the next load replaces the manager's.
     virtual void feedAdDidLoad(const QList<ZNTFeedAdDataPtr> &ads) { Q_UNUSED(ads) }
     /// A load failed with @p error.
     virtual void feedAdDidFail(const ZNTError &error) { Q_UNUSED(error) }

@@ -4,13 +4,20 @@
 #include <ZNTAds/ZNTDelegateRef.h>
 #include <ZNTAds/ZNTFeedDelegate.h>
 
+#include <QtCore/QHash>
 #include <QtCore/QObject>
+#include <QtCore/QPointer>
+#include <QtCore/QSet>
 #include <QtCore/QSizeF>
 #include <QtQuick/QQuickItem>
 
 #include <memory>
 
 /// Loads feed ads, makes views for them, and counts, follows and reports what happens to them.
+///
+/// Load; for each record that feedAdDidLoad() brings, make a view with createAdViewWithStyle(),
+/// fill it, hand both to registerAdForView() and put the view into a list in the same turn of the
+/// event loop.
 ///
 /// loadAdData() may be called from any thread, everything else on the main thread. Views and
 /// delegate are held weakly and may be destroyed at any time, and so may the manager. Errors reach
@@ -25,7 +32,8 @@ public:
     explicit ZNTFeedManager(QObject *parent = nullptr);
     ~ZNTFeedManager() override;
 
-    /// Who hears of the ads: any QObject that implements ZNTFeedDelegate, held weakly.
+    /// Who hears of the ads: any QObject that implements ZNTFeedDelegate, held weakly. Null for
+    /// none.
     template <class Object>
     void setDelegate(Object *delegate)
     {
@@ -36,37 +44,58 @@ public:
     /// The ad position; null until set. An empty one is sent as it is.
     QString mediaId() const;
     void setMediaId(const QString &mediaId);
-    /// How many ads of an answer are kept at most; 1 until set. A negative number keeps all, 0
-    /// none.
+    /// How many ads of an answer are kept at most; 1 until set. A negative number keeps all; 0
+    /// keeps none, and the load still counts as a success.
     qint64 adCount() const;
     void setAdCount(qint64 count);
 
-    /// Requests ads.
+    /// Requests ads and returns at once. Loads may overlap: each answer replaces the records of the
+    /// one before.
     void loadAdData();
-    /// Takes an answer of the exchange as if it had been requested.
+    /// Takes an answer of the exchange as if it had been requested, without telling the delegate.
+    /// An unusable one leaves the records as they were.
     /// @return whether it could be used
     bool handleAdResponse(const QJsonValue &response);
+    /// Logs @p error and tells the delegate of it on a later turn of the event loop.
+    void callbackWithError(const ZNTError &error);
     /// The records of the latest usable answer, in its order.
     const QList<ZNTFeedAdDataPtr> &loadedAdDataArray() const;
-    /// The last of them; it serves every click, close and exposure notice of the template views.
+    /// The last record of the latest usable answer that had one, else null; it serves every click,
+    /// close and exposure notice of the template views.
     ZNTFeedAdDataPtr adData() const;
 
     /// The template number of a style code; 0 for an unknown or missing one.
     qint64 getAdStyleFromString(const QString &code) const;
     /// Makes the template view of a number 0 to 8, with this manager as its delegate; null for any
-    /// other number. @p size is in points. The view has no parent and belongs to the caller.
+    /// other number. @p size is in points. The view is a ZNTFeedAdView, has no parent and belongs
+    /// to the caller.
     QQuickItem *createAdViewWithStyle(qint64 style, const QSizeF &size);
 
-    /// Watches @p view, which draws @p adData, until it is seen. Null arguments only log a warning.
+    /// Watches @p view, which draws @p adData, ten times a second until it is seen, from a tenth of
+    /// a second from now. A view that is in no window at a tick is watched no longer. A second call
+    /// with the same record replaces the first. Null arguments only log a warning.
     void registerAdForView(QQuickItem *view, const ZNTFeedAdDataPtr &adData);
-    /// Ends that watch.
+    /// Ends that watch and forgets the view. A null record only logs a warning.
     void unregisterAdData(const ZNTFeedAdDataPtr &adData);
-    /// Ends every watch and forgets all records, views and reports. Call it before letting go of
-    /// the manager.
+    /// Ends the watch of each loaded record and forgets all records, views and reports. Watches of
+    /// records from an earlier load go on. Call it before letting go of the manager.
     void deallocAllFeedProperty();
 
+    /// The registered views by their records; a view that was destroyed is null.
+    const QHash<const ZNTFeedAdData *, QPointer<QQuickItem>> &registeredViews() const;
+    /// Whether the record's view is being watched.
+    bool isCheckingVisibility(const ZNTFeedAdDataPtr &adData) const;
+    /// The ids of the ads whose exposure was reported; they are not reported again.
+    const QSet<QString> &reportedAdIds() const;
+
+    /// Called by a template view that was tapped: tells the host, fires the trackers, opens the
+    /// target.
     void adViewDidClick() override;
+    /// Called by a template view whose close button was tapped: sends negative feedback and tells
+    /// the host, which takes the view away.
     void adViewDidClose() override;
+    /// Called by a template view that has entered a window: tells the host and watches the view on
+    /// behalf of adData().
     void adViewDidExposure(QQuickItem *view) override;
 
 private:

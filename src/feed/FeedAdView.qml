@@ -1,0 +1,32 @@
+import QtQuick
+import ZNTAds
+
+// What all feed templates look like: a clear ground that takes taps.
+Item {
+    id: root
+
+    required property ZNTFeedAdView view
+
+    implicitWidth: 375
+    activeFocusOnTab: view.interactive
+
+    Accessible.role: Accessible.Link
+    Accessible.name: view.title
+    Accessible.description: view.source
+    Accessible.focusable: view.interactive
+    Accessible.onPressAction: view.tapped()
+
+    TapHandler {
+        enabled: root.view.interactive
+        onTapped: root.view.tapped()
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        z: 1
+        visible: root.activeFocus
+        color: "transparent"
+        border.width: 2
+        border.color: "#0A84FF"
+    }
+}

@@ -1,0 +1,82 @@
+#include "feed/exposurechecks.h"
+
+#include "core/tracking.h"
+#include "core/visibilitywatch.h"
+
+#include <QQuickItem>
+
+namespace znt {
+
+ExposureChecks::Check::Check(
+    ExposureChecks *checks, QQuickItem *watched, const ZNTFeedAdDataPtr &adData)
+    : view(watched)
+    , record(adData)
+    , timer([this, checks] { checks->tick(this); })
+{
+    timer.start();
+}
+
+void ExposureChecks::start(QQuickItem *view, const ZNTFeedAdDataPtr &record)
+{
+    m_checks[record.get()] = std::make_unique<Check>(this, view, record);
+}
+
+void ExposureChecks::stop(const ZNTFeedAdDataPtr &record)
+{
+    m_checks.erase(record.get());
+}
+
+bool ExposureChecks::isRunning(const ZNTFeedAdDataPtr &record) const
+{
+    return m_checks.count(record.get()) > 0;
+}
+
+void ExposureChecks::forget()
+{
+    for (auto &[key, check] : m_checks)
+        m_forgotten.push_back(std::move(check));
+    m_checks.clear();
+    m_reportedAdIds.clear();
+}
+
+void ExposureChecks::tick(const Check *check)
+{
+    const QQuickItem *view = check->view;
+    if (!view) {
+        remove(check);
+        return;
+    }
+    const ZNTFeedAdDataPtr record = check->record;
+    const bool isReported = m_reportedAdIds.contains(record->adId());
+    if (!isReported && view->window()) {
+        if (!isSeen(view))
+            return;
+        report(*record);
+    }
+    stop(record);
+}
+
+void ExposureChecks::remove(const Check *check)
+{
+    const auto isIt = [check](const std::unique_ptr<Check> &other) { return other.get() == check; };
+    const auto known = m_checks.find(check->record.get());
+    if (known != m_checks.end() && isIt(known->second))
+        m_checks.erase(known);
+    else
+        std::erase_if(m_forgotten, isIt);
+}
+
+void ExposureChecks::report(const ZNTFeedAdData &record)
+{
+    const auto reported = [self = QPointer<ExposureChecks>(this), adId = record.adId()] {
+        if (self && !adId.isNull())
+            self->m_reportedAdIds.insert(adId);
+    };
+    fireTracking(record.viewUrl3rd(),
+        {.opening = "Starting exposure reporting",
+            .name = "Exposure report",
+            .closing = "All exposure reports completed"},
+        reported);
+}
+
+} // namespace znt

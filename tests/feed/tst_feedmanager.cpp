@@ -1,0 +1,353 @@
+#include "core/visibilitytimer.h"
+#include "support/exchangetest.h"
+#include "support/loglines.h"
+
+#include <ZNTAds/ZNTAdsManager.h>
+#include <ZNTAds/ZNTAdsSDK.h>
+#include <ZNTAds/ZNTFeedAdView.h>
+#include <ZNTAds/ZNTFeedManager.h>
+
+#include <QElapsedTimer>
+#include <QQuickWindow>
+
+using namespace znt;
+
+namespace {
+
+class Host : public QObject, public ZNTFeedDelegate
+{
+    Q_OBJECT
+    Q_INTERFACES(ZNTFeedDelegate)
+
+public:
+    void feedAdDidLoad(const QList<ZNTFeedAdDataPtr> &ads) override
+    {
+        heard("load " + QByteArray::number(ads.size()));
+    }
+    void feedAdDidFail(const ZNTError &error) override
+    {
+        heard("fail " + error.domain().toUtf8() + ' ' + QByteArray::number(error.code()));
+    }
+    void feedAdDidVisible() override { heard("visible"); }
+    void feedAdDidClick() override { heard("click"); }
+    void feedAdDidClose() override { heard("close"); }
+    void feedAdDidCloseOtherController() override { heard("other"); }
+
+    QByteArrayList events;
+    std::function<void()> react;
+
+private:
+    void heard(const QByteArray &event)
+    {
+        events.append(event);
+        if (react)
+            react();
+    }
+};
+
+} // namespace
+
+class TestFeedManager : public QObject
+{
+    Q_OBJECT
+
+private:
+    test::TrustedExchange exchange;
+    QQuickWindow window;
+    Host host;
+    std::unique_ptr<ZNTFeedManager> manager;
+    QStringList opened;
+
+    int hits(const char *path) const { return exchange.hits(QLatin1String(path)); }
+
+    // Ads "1" to `count`, each with trackers and targets of its own.
+    QJsonObject answer(int count) const
+    {
+        QByteArrayList ads;
+        for (int i = 1; i <= count; ++i) {
+            ads.append(
+                QByteArray(R"({"adId": "@", "trackInfo": {"viewUrl3rd": ["${BASE}/t/view/@", ""],
+                    "clickUrl3rd": "${BASE}/t/click/@", "dpEventUrls": ["${BASE}/t/dp/@"]},
+                    "urlInfo": {"deepLinkUrl": "app:@", "h5url": "${BASE}/landing/@"}})")
+                    .replace('@', QByteArray::number(i)));
+        }
+        return exchange.parsed(R"({"code": 200, "data": [)" + ads.join(',') + "]}");
+    }
+
+    // Loads that many ads and gives the records.
+    QList<ZNTFeedAdDataPtr> load(int count)
+    {
+        manager->setAdCount(-1);
+        return manager->handleAdResponse(answer(count)) ? manager->loadedAdDataArray()
+                                                        : QList<ZNTFeedAdDataPtr>();
+    }
+    ZNTFeedAdDataPtr read(const QByteArray &ad)
+    {
+        const QJsonObject response = exchange.parsed(R"({"code": "200", "data": [)" + ad + "]}");
+        return manager->handleAdResponse(response) ? manager->adData() : nullptr;
+    }
+    std::unique_ptr<QQuickItem> view(const QRectF &frame)
+    {
+        auto item = std::make_unique<QQuickItem>(window.contentItem());
+        item->setPosition(frame.topLeft());
+        item->setSize(frame.size());
+        return item;
+    }
+    bool isChecking(const ZNTFeedAdDataPtr &record) const
+    {
+        return manager->isCheckingVisibility(record);
+    }
+    // Long enough for any check to have looked.
+    void twoTicks()
+    {
+        int ticks = 0;
+        VisibilityTimer timer([&ticks] { ++ticks; });
+        timer.start();
+        QTRY_COMPARE_WITH_TIMEOUT(ticks, 2, 5000);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        ZNTAdsSDK::registerWithAppId(
+            QStringLiteral("app"), QStringLiteral("media"), QStringLiteral("demo-secret"));
+        ZNTAdsSDK::setLogEnabled(false);
+        ZNTAdsSDK::setUrlOpener([this](const QUrl &url) {
+            opened.append(url.toString());
+            return url.scheme() == u"https";
+        });
+        window.resize(200, 200);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+    }
+
+    void init()
+    {
+        test::failOnWarnings();
+        manager = std::make_unique<ZNTFeedManager>();
+        manager->setDelegate(&host);
+        ZNTAdsManager::sharedInstance()->setExposureRatio(70);
+    }
+
+    void cleanup()
+    {
+        manager.reset();
+        host.react = {};
+        host.events.clear();
+        opened.clear();
+        exchange.forgetRequests();
+    }
+
+    void loads()
+    {
+        manager->loadAdData();
+        QTRY_COMPARE(host.events, QByteArrayList{"fail ZNTFeedManager -1001"});
+        QVERIFY(exchange.requests(QStringLiteral("/s/req2.do")).isEmpty());
+
+        const auto loads = [this](const char *position, const QByteArray &event) {
+            host.events.clear();
+            manager->setMediaId(QLatin1String(position));
+            manager->loadAdData();
+            QTRY_COMPARE(host.events.value(0), event);
+        };
+        manager->setAdCount(20);
+        loads("feed", "load 9");
+        for (qint64 style = 0; style < 9; ++style)
+            QCOMPARE(manager->loadedAdDataArray().at(style)->style(), style);
+        QCOMPARE(manager->adData(), manager->loadedAdDataArray().last());
+        loads("no-ads", "fail ZNTFeedManager -1002");
+        QCOMPARE(manager->loadedAdDataArray().size(), 9);
+        manager->setAdCount(0);
+        loads("feed", "load 0");
+        QVERIFY(manager->adData());
+        manager->setAdCount(-1);
+        loads("nulls", "load 2");
+        for (const char *position : {"wrong-types-inside", "long-texts", "bad-urls"})
+            loads(position, "load 1");
+        loads("many", "load 10000");
+        manager->setMediaId(QLatin1String(""));
+        manager->loadAdData();
+        QVERIFY(exchange.waitForRequests(QStringLiteral("/s/req2.do"), 9));
+
+        manager->loadAdData();
+        manager.reset();
+        twoTicks(); // nobody is told
+    }
+
+    void readsRecords()
+    {
+        ZNTFeedAdDataPtr record = read(R"({"adId": "7", "adStyle": "XST", "sourceName": "Tea",
+            "sourceLogo": "", "texts": [{"type": "TXT", "content": "a"}, 5,
+            {"type": "TXT", "content": "b"}, {"type": "DESC", "content": "c"}],
+            "images": [{"url": "i1"}, {"url": 3}, 9, {"url": "i2"}],
+            "trackInfo": {"viewUrl3rd": 4, "clickUrl3rd": "k", "dpEventUrls": ["d", 1]}})");
+        QVERIFY(record);
+        QVERIFY(record->title() == u"a" || record->title() == u"b");
+        QCOMPARE(record->desc(), record->title());
+        QCOMPARE(record->style(), 6);
+        QVERIFY(record->sourceLogo().isEmpty() && !record->sourceLogo().isNull());
+        QCOMPARE(record->imageUrls(), QStringList({"i1", "i2"}));
+        QVERIFY(record->viewUrl3rd().isEmpty());
+        QCOMPARE(record->clickUrl3rd(), QJsonArray{"k"});
+        QCOMPARE(record->dpEventUrls(), QJsonArray({"d", 1}));
+        QVERIFY(record->h5url().isNull());
+
+        record = read(R"({"adId": 7, "adStyle": "xst", "texts": {}, "images": "i", "urlInfo": 1})");
+        QVERIFY(record->adId().isNull() && record->title().isNull() && record->style() == 0);
+        record = read("17");
+        QVERIFY(record->adId().isNull() && record->imageUrls().isEmpty());
+
+        for (const auto &[count, kept] : {std::pair(3, 3), {10, 5}, {-1, 5}, {0, 0}}) {
+            manager->setAdCount(count);
+            QVERIFY(manager->handleAdResponse(answer(5)));
+            QCOMPARE(manager->loadedAdDataArray().size(), kept);
+        }
+        QCOMPARE(manager->adData()->adId(), QStringLiteral("5"));
+        QVERIFY(!manager->handleAdResponse(QJsonArray()));
+    }
+
+    void saysWhatItDoes()
+    {
+        test::LogLines log;
+        read(R"({"images": [{}], "trackInfo": {"viewUrl3rd": "a", "dpEventUrls": []},
+            "urlInfo": {"h5url": "h"}})");
+        QCOMPARE(log.take(),
+            QStringList({"INFO Processing 1 ads from response",
+                "INFO Processing ad 0 - Style: 0, Title: (null)",
+                "INFO Processed 0 images for ad 0", "INFO Processing tracking information",
+                "INFO Converted single view URL to array", "INFO Processed dpEventUrls",
+                "INFO Processed URL info - h5url: h, deepLinkUrl: (null)"}));
+        ZNTLogManager::sharedInstance()->setEnabled(false);
+    }
+
+    void countsAnAdOnceItIsSeen()
+    {
+        const auto records = load(3);
+        const auto shown = view({0, 130, 100, 100});
+        const auto hidden = view({0, 131, 100, 100});
+        const auto loose = std::make_unique<QQuickItem>();
+        manager->registerAdForView(shown.get(), records[0]);
+        manager->registerAdForView(shown.get(), records[0]);
+        manager->registerAdForView(hidden.get(), records[1]);
+        manager->registerAdForView(loose.get(), records[2]);
+        manager->registerAdForView(nullptr, records[0]);
+        manager->registerAdForView(shown.get(), nullptr);
+        manager->unregisterAdData(nullptr);
+        QCOMPARE(manager->registeredViews().size(), 3);
+        QTRY_VERIFY(manager->reportedAdIds().contains(QStringLiteral("1")));
+        QVERIFY(!isChecking(records[0]) && isChecking(records[1]) && !isChecking(records[2]));
+        QCOMPARE(hits("/t/view/1"), 1);
+
+        loose->setParentItem(window.contentItem());
+        loose->setSize({10, 10});
+        const auto again = load(1).first(); // the same id, another record
+        manager->registerAdForView(shown.get(), again);
+        hidden->setY(130);
+        QTRY_VERIFY(!isChecking(again) && manager->reportedAdIds().size() == 2);
+        QCOMPARE(manager->reportedAdIds(), QSet<QString>({"1", "2"}));
+        QCOMPARE(hits("/t/view/1"), 1);
+        manager->unregisterAdData(records[1]);
+        QVERIFY(!manager->registeredViews().contains(records[1].get()));
+    }
+
+    void looksATenthOfASecondAfterRegistration()
+    {
+        qint64 first = 0;
+        QElapsedTimer clock;
+        VisibilityTimer timer([&] { first = first ? first : clock.nsecsElapsed(); });
+        VisibilityTimer other([&] { other.stop(); });
+        other.start();
+        QTest::qWait(37); // with another one under way, out of step
+        clock.start();
+        timer.start();
+        QTRY_VERIFY(first > 0);
+        QVERIFY2(first >= 100'000'000, qPrintable(QString::number(first)));
+        timer.stop();
+        QVERIFY(!other.isActive());
+
+        // A view may come into the window after it was registered, within the same turn.
+        const auto record = load(1).first();
+        const auto late = std::make_unique<QQuickItem>();
+        late->setSize({10, 10});
+        manager->registerAdForView(late.get(), record);
+        late->setParentItem(window.contentItem());
+        QTRY_VERIFY(manager->reportedAdIds().contains(QStringLiteral("1")));
+    }
+
+    void letsItsLastRecordServeAllViews()
+    {
+        load(3);
+        manager->adViewDidClick();
+        QCOMPARE(host.events, QByteArrayList{"click"});
+        QTRY_COMPARE(host.events, QByteArrayList({"click", "other"}));
+        QCOMPARE(
+            opened, QStringList({"app:3", exchange.url(QStringLiteral("/landing/3")).toString()}));
+        QVERIFY(exchange.waitForRequests(QStringLiteral("/t/click/3"), 1));
+        QVERIFY(exchange.waitForRequests(QStringLiteral("/t/dp/3"), 1));
+        QCOMPARE(hits("/t/click/1"), 0);
+
+        manager->adViewDidClose();
+        QVERIFY(exchange.waitForRequests(QStringLiteral("/s/negfb.do"), 1));
+        QCOMPARE(exchange.requests(QStringLiteral("/s/negfb.do")).first().json()[u"bizId"],
+            QStringLiteral("3"));
+
+        const auto shown = view({0, 0, 10, 10});
+        manager->adViewDidExposure(shown.get());
+        manager->adViewDidExposure(nullptr);
+        QVERIFY(isChecking(manager->adData()));
+        QTRY_COMPARE(manager->reportedAdIds(), QSet<QString>{"3"});
+        QCOMPARE(host.events.mid(2), QByteArrayList({"close", "visible", "visible"}));
+    }
+
+    void tellsEvenWithoutAnyAd()
+    {
+        manager->adViewDidClick();
+        manager->adViewDidClose();
+        manager->adViewDidExposure(window.contentItem());
+        QCOMPARE(host.events, QByteArrayList({"click", "close", "visible"}));
+        QVERIFY(exchange.requests(QStringLiteral("/s/negfb.do")).isEmpty());
+    }
+
+    void tearsDownInItsOrder()
+    {
+        const auto old = load(1).first();
+        auto shown = view({500, 0, 10, 10});
+        manager->registerAdForView(shown.get(), old);
+        const auto current = load(2);
+        manager->registerAdForView(shown.get(), current[0]);
+        manager->deallocAllFeedProperty();
+        QVERIFY(!isChecking(old) && !isChecking(current[0]));
+        QVERIFY(manager->loadedAdDataArray().isEmpty() && manager->registeredViews().isEmpty());
+        QVERIFY(manager->adData());
+
+        shown->setX(0); // the check of the earlier load is out of reach and goes on
+        QTRY_COMPARE(manager->reportedAdIds(), QSet<QString>{"1"});
+        manager->deallocAllFeedProperty();
+        shown.reset();
+        twoTicks();
+        QVERIFY(manager->reportedAdIds().isEmpty());
+    }
+
+    void survivesWhoeverDies()
+    {
+        const auto records = load(3);
+        auto shown = view({0, 0, 10, 10});
+        manager->registerAdForView(shown.get(), records[0]);
+        shown.reset();
+        QTRY_VERIFY(!isChecking(records[0]));
+
+        shown = view({0, 0, 10, 10});
+        manager->registerAdForView(shown.get(), records[1]);
+        QTRY_COMPARE(hits("/t/view/2"), 1);
+        manager->deallocAllFeedProperty(); // with the report in flight
+        manager->registerAdForView(shown.get(), records[2]);
+        host.react = [this] { manager.reset(); };
+        manager->adViewDidExposure(shown.get());
+        QVERIFY(!manager);
+        twoTicks();
+        QCOMPARE(hits("/t/view/3"), 0);
+    }
+};
+
+QTEST_MAIN(TestFeedManager)
+#include "tst_feedmanager.moc"
