@@ -135,6 +135,46 @@ private slots:
         QVERIFY(moved("/from").error); // for ever
     }
 
+    // A server of another make that speaks HTTP/2 alone.
+    void http2()
+    {
+        const QString program = QStandardPaths::findExecutable(QStringLiteral("nghttpd"));
+        if (program.isEmpty())
+            QSKIP("nghttpd is not installed");
+        QTemporaryDir dir;
+        sandbox::Exchange credentials;
+        credentials.setStateDir(dir.path());
+        QVERIFY(credentials.start());
+        sandbox::trust(credentials.ca());
+        QFile file(dir.filePath(QStringLiteral("req2.do")));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("{\"code\": 200}") > 0);
+        file.close();
+
+        QTcpServer port; // finds a free one
+        QVERIFY(port.listen(QHostAddress::LocalHost));
+        const QString number = QString::number(port.serverPort());
+        port.close();
+        QProcess server;
+        server.start(program,
+            {QStringLiteral("-v"), QStringLiteral("-a"), QStringLiteral("127.0.0.1"),
+                QStringLiteral("-d"), dir.path(), number, dir.filePath(QStringLiteral("server.key")),
+                dir.filePath(QStringLiteral("server.pem"))});
+        QTRY_VERIFY(server.bytesAvailable() > 0 || server.state() == QProcess::NotRunning);
+
+        const QUrl url(QStringLiteral("https://localhost:%1/req2.do").arg(number));
+        const HttpAnswer posted = sent({.url = url,
+            .method = "POST",
+            .headers = {{"Accept-Encoding", "gzip"}, {"appId", "app"}},
+            .body = "{\"id\": 1}"});
+        QVERIFY2(!posted.error, qPrintable(posted.error.value_or(ZNTError()).toString()));
+        QCOMPARE(posted.body, QByteArray("{\"code\": 200}"));
+        QCOMPARE(sent({.url = url}).body, posted.body);
+        server.terminate();
+        QVERIFY(server.waitForFinished());
+        const QByteArray log = server.readAllStandardOutput();
+        QVERIFY2(log.contains(":method: POST") && log.contains("recv DATA frame"), log.constData());
+    }
+
     void aClientThatDiesAnswersNobody()
     {
         auto client = std::make_unique<HttpClient>(HttpLimits{});
