@@ -8,7 +8,7 @@ Item {
     required property InterstitialOverlay view
 
     focus: true
-    KeyNavigation.tab: detailButton
+    KeyNavigation.tab: skipButton.interactive ? skipButton : detailButton
     KeyNavigation.backtab: detailButton
 
     Accessible.role: Accessible.Dialog
@@ -41,8 +41,10 @@ Item {
                 onTapped: root.view.clicked()
             }
 
+            // Above the bar, which reaches over the lower part of both.
             ImageView {
                 objectName: "logoImageView"
+                z: 1
                 x: adImageView.width - 48
                 y: adImageView.height - 50
                 width: 36
@@ -55,6 +57,7 @@ Item {
             Label {
                 id: adLabel
                 objectName: "adLabel"
+                z: 1
                 x: adImageView.width - 48
                 y: adImageView.height - 50
                 width: 36

@@ -84,10 +84,6 @@ void InterstitialOverlay::setRemaining(qint64 seconds)
 {
     m_remaining = seconds;
     Q_EMIT remainingChanged();
-    QQuickItem *skipButton = subview(QStringLiteral("skipButton"));
-    // Who has not gone elsewhere by Tab finds the way out at once.
-    if (isClosable() && skipButton && m_looks->hasFocus())
-        skipButton->setFocus(true, Qt::OtherFocusReason);
 }
 
 void InterstitialOverlay::setDismissed()
