@@ -8,7 +8,8 @@ namespace znt {
 
 namespace {
 
-// Formats of pixels only: none that can refer to other files, or that is drawn by a program.
+// The formats of the web that hold pixels only: none that can refer to other files, is drawn by a
+// program, or leaves out pixels without Qt noticing, as BMP does.
 QByteArray formatOf(const QByteArray &bytes)
 {
     if (bytes.startsWith("\x89PNG\r\n\x1a\n"))
@@ -19,8 +20,6 @@ QByteArray formatOf(const QByteArray &bytes)
         return "gif";
     if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP")
         return "webp";
-    if (bytes.startsWith("BM"))
-        return "bmp";
     return {};
 }
 

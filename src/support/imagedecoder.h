@@ -12,7 +12,7 @@ constexpr qint64 maximumPixels = 32 * 1024 * 1024;
 // A picture with a longer side than this is scaled down to it.
 constexpr int maximumSide = 4096;
 
-// The picture that PNG, JPEG, GIF, WebP or BMP bytes hold, upright and in sRGB, as
+// The picture that PNG, JPEG, GIF or WebP bytes hold, upright and in sRGB, as
 // Format_RGB32 or, where it has alpha, Format_ARGB32_Premultiplied; of an animation the first
 // picture. Null when the bytes are anything else, are broken, or announce no size or one that is
 // out of bounds. What they are is told by the bytes alone. Any thread; for a big picture it takes

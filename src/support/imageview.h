@@ -3,9 +3,18 @@
 
 #include "support/picture.h"
 
+#include <QQmlEngine>
 #include <QQuickItem>
 
 namespace znt {
+
+// Makes pictures known to QML's tools as a type of value.
+struct ImageForQml
+{
+    Q_GADGET
+    QML_FOREIGN(QImage)
+    QML_ANONYMOUS
+};
 
 // Draws a picture into its bounds, clipped to them and to their rounded corners. Scaling and
 // rounding happen on the thread pool whenever something that they depend on has changed; the last

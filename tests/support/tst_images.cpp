@@ -27,12 +27,13 @@ QByteArray written(const QImage &image, const QByteArray &format,
 }
 
 // What a header says need not be true.
-QByteArray bmpAnnouncing(qint32 width, qint32 height)
+QByteArray jpegAnnouncing(quint16 width, quint16 height)
 {
-    QByteArray bmp = written(twoHalves({2, 2}), "bmp");
-    qToLittleEndian(width, bmp.data() + 18);
-    qToLittleEndian(height, bmp.data() + 22);
-    return bmp;
+    QByteArray jpeg = written(twoHalves({2, 2}), "jpg");
+    char *const header = jpeg.data() + jpeg.indexOf("\xff\xc0");
+    qToBigEndian(height, header + 5);
+    qToBigEndian(width, header + 7);
+    return jpeg;
 }
 
 bool isNear(const QColor &colour, const QColor &wanted)
@@ -64,7 +65,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         const QImage image = twoHalves({40, 20});
-        for (const char *format : {"png", "jpg", "bmp", "webp"}) {
+        for (const char *format : {"png", "jpg", "webp"}) {
             if (QImageWriter::supportedImageFormats().contains(format))
                 QTest::newRow(format) << written(image, format);
         }
@@ -114,13 +115,12 @@ private slots:
         QTest::newRow("text") << QByteArray("<html>404</html>");
         QTest::newRow("svg") << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" "
                                            "width=\"9\" height=\"9\"><rect/></svg>");
-        QTest::newRow("a format of its own") << written(image, "ppm");
+        QTest::newRow("uncompressed") << written(image, "bmp");
         QTest::newRow("signature only") << png.left(8);
         QTest::newRow("truncated") << png.left(png.size() / 2);
-        QTest::newRow("too many pixels") << bmpAnnouncing(8192, 4097);
-        QTest::newRow("no size") << bmpAnnouncing(0, 4);
-        QTest::newRow("largest numbers") << bmpAnnouncing(0x7fffffff, 0x7fffffff);
-        QTest::newRow("less than announced") << bmpAnnouncing(4000, 4000);
+        QTest::newRow("too many pixels") << jpegAnnouncing(8192, 4097);
+        QTest::newRow("no size") << QByteArray("GIF89a") + QByteArray(32, 0);
+        QTest::newRow("largest numbers") << jpegAnnouncing(65500, 65500);
         QTest::newRow("endless scans") << jpeg + QByteArray("\xff\xda").repeated(1000);
     }
     void otherThingsAreNoPictures()
