@@ -223,6 +223,7 @@ private slots:
 
     void letsNothingThrough()
     {
+        const std::unique_ptr<QPointingDevice> finger(QTest::createTouchDevice());
         QQmlEngine engine;
         QQmlComponent component(&engine);
         component.setData(R"(import QtQuick
@@ -258,7 +259,6 @@ private slots:
         flickable->setParentItem(window.screen);
         flickable->setSize(window.size());
         flickable->forceActiveFocus();
-        QPointingDevice *finger = QTest::createTouchDevice();
 
         const auto useAll = [&](QPoint at) {
             QTest::mouseMove(&window, {1, 1});
@@ -273,10 +273,10 @@ private slots:
                 for (int i = 1; i < 20; ++i)
                     QTest::mouseMove(&window, at + i * step);
                 QTest::mouseRelease(&window, Qt::LeftButton, {}, at + 20 * step);
-                QTest::touchEvent(&window, finger).press(0, at);
+                QTest::touchEvent(&window, finger.get()).press(0, at);
                 for (int i = 1; i < 20; ++i)
-                    QTest::touchEvent(&window, finger).move(0, at + i * step);
-                QTest::touchEvent(&window, finger).release(0, at + 20 * step);
+                    QTest::touchEvent(&window, finger.get()).move(0, at + i * step);
+                QTest::touchEvent(&window, finger.get()).release(0, at + 20 * step);
             }
             QString taken;
             QMetaObject::invokeMethod(flickable, "taken", Q_RETURN_ARG(QString, taken));
