@@ -9,8 +9,6 @@ namespace znt {
 void sendNegativeFeedback(const QString &adId)
 {
     constexpr qint64 closed = 1;
-    if (adId.isEmpty())
-        return;
     ZNTAdsManager::sharedInstance()->sendNegativeFeedbackWithType(closed, adId,
         QJsonValue::Undefined, [](bool success, const std::optional<ZNTError> &error) {
             if (success)

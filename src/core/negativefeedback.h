@@ -5,7 +5,7 @@
 
 namespace znt {
 
-// Tells the exchange that the ad was not wanted, and logs how that went. An empty id sends nothing.
+// Tells the exchange that the ad was not wanted, and logs how that went.
 void sendNegativeFeedback(const QString &adId);
 
 } // namespace znt

@@ -1,6 +1,7 @@
 #include <ZNTAds/ZNTFeedManager.h>
 
 #include "core/clicktarget.h"
+#include "core/negativefeedback.h"
 #include "core/notify.h"
 #include "core/tracking.h"
 #include "diagnostics/log.h"
@@ -188,16 +189,8 @@ void ZNTFeedManager::Private::fireClickTrackers(const ZNTFeedAdData &record) con
 void ZNTFeedManager::adViewDidClose()
 {
     logInfo("Feed ad closed");
-    if (d->adData) {
-        ZNTAdsManager::sharedInstance()->sendNegativeFeedbackWithType(1, d->adData->adId(),
-            QJsonValue::Undefined, [](bool success, const std::optional<ZNTError> &error) {
-                if (success)
-                    logInfo("Negative feedback report successful");
-                else
-                    logError("Negative feedback report failed: %1",
-                        error.value_or(ZNTError()).localizedDescription());
-            });
-    }
+    if (d->adData)
+        sendNegativeFeedback(d->adData->adId());
     notify(this, d->delegate, &ZNTFeedDelegate::feedAdDidClose);
 }
 

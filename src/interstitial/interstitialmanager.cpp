@@ -112,9 +112,7 @@ bool ZNTInterstitialManager::handleAdResponse(const QJsonValue &response)
     const auto ads = adsOfAnswer(response);
     if (!ads)
         return false;
-    d->adData = json::object(ads->first());
-    if (!d->adData)
-        return false;
+    d->adData = ads->first().toObject();
     readTrackingLists(d->tracking, *d->adData, ClickForm::OfView,
         {.list = "Processed %1 dpEvent URLs", .single = "Converted single dpEvent URL to array"});
     return true;
@@ -223,8 +221,9 @@ void ZNTInterstitialManager::interstitialAdDidAutoClose(bool autoClose)
 {
     logInfo("Interstitial ad %1", QLatin1String(autoClose ? "auto-closed" : "closed manually"));
     d->visibility.stop();
-    if (d->adData)
-        sendNegativeFeedback(json::string(d->adData->value(u"ad_id")));
+    const QString adId = json::string(d->adData.value_or(QJsonObject()).value(u"ad_id"));
+    if (!adId.isEmpty())
+        sendNegativeFeedback(adId);
     notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidAutoClose, autoClose);
 }
 

@@ -364,8 +364,9 @@ void ZNTSplashManager::Private::skipButtonClicked()
 {
     logInfo("Skip button clicked");
     visibility.stop();
-    if (adData)
-        sendNegativeFeedback(json::string(adData->value(u"adId")));
+    const QString adId = json::string(adData.value_or(QJsonObject()).value(u"adId"));
+    if (!adId.isEmpty())
+        sendNegativeFeedback(adId);
     q->closeSplashAd();
 }
 
