@@ -1,0 +1,169 @@
+#include "dump.h"
+
+#include <QColor>
+#include <QJsonArray>
+#include <QQuickItem>
+
+#include <algorithm>
+
+namespace player {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The item's own flag. An item of the library keeps it apart; of others only the effective one is
+// known, which says nothing under a hidden parent.
+bool isShown(const QQuickItem *item)
+{
+    const QVariant hidden = item->property("hidden");
+    if (hidden.isValid())
+        return !hidden.toBool();
+    const QQuickItem *parent = item->parentItem();
+    return item->isVisible() || (parent && !parent->isVisible());
+}
+
+// Whether it makes no difference to what its children look like.
+bool isPlain(const QQuickItem *item)
+{
+    return isShown(item) && item->opacity() == 1 && !item->clip() && item->rotation() == 0
+        && item->scale() == 1;
+}
+
+QString typeOf(const QQuickItem *item)
+{
+    const QString viewType = item->property("viewType").toString();
+    if (!viewType.isEmpty())
+        return viewType;
+    const QString className = QString::fromLatin1(item->metaObject()->className());
+    return className.startsWith(u"ZNT"_s) ? className.section(u'_', 0, 0) : u"View"_s;
+}
+
+// An item that only helps drawing is left out, and its children take its place.
+bool isHelper(const QQuickItem *item)
+{
+    return item->objectName().isEmpty() && item->property("viewType").toString().isEmpty()
+        && typeOf(item) == u"View"_s;
+}
+
+QString colorName(const QVariant &value)
+{
+    return value.value<QColor>().name(QColor::HexArgb);
+}
+
+struct Trait
+{
+    const char *name;
+    QJsonValue (*read)(const QVariant &value);
+};
+
+QJsonValue asIs(const QVariant &value)
+{
+    return QJsonValue::fromVariant(value);
+}
+
+const Trait traits[] = {
+    {"text", asIs},
+    {"textColor", [](const QVariant &value) { return QJsonValue(colorName(value)); }},
+    {"backgroundColor", [](const QVariant &value) { return QJsonValue(colorName(value)); }},
+    {"cornerRadius", asIs},
+    {"fontSize", asIs},
+    {"bold", asIs},
+    {"contentMode", asIs},
+    {"hasImage", asIs},
+};
+
+QJsonArray childrenOf(const QQuickItem *item, const QPointF &offset);
+
+QJsonObject describe(const QQuickItem *item, const QPointF &offset)
+{
+    QJsonObject description{
+        {u"name"_s, item->objectName()},
+        {u"type"_s, typeOf(item)},
+        {u"frame"_s,
+            QJsonArray{
+                offset.x() + item->x(), offset.y() + item->y(), item->width(), item->height()}},
+        {u"visible"_s, isShown(item)},
+        {u"opacity"_s, item->opacity()},
+        {u"clip"_s, item->clip()},
+        {u"children"_s, childrenOf(item, {})},
+    };
+    for (const Trait &trait : traits) {
+        const QVariant value = item->property(trait.name);
+        if (value.isValid())
+            description.insert(QLatin1String(trait.name), trait.read(value));
+    }
+    return description;
+}
+
+// The offset is the place of helpers that were left out in between.
+void appendTo(QJsonArray *siblings, const QQuickItem *item, const QPointF &offset)
+{
+    if (!isHelper(item)) {
+        siblings->append(describe(item, offset));
+        return;
+    }
+    const QJsonArray children = childrenOf(item, offset + item->position());
+    if (children.isEmpty())
+        return;
+    if (!isPlain(item)) {
+        siblings->append(describe(item, offset));
+        return;
+    }
+    for (const QJsonValue &child : children)
+        siblings->append(child);
+}
+
+QJsonArray childrenOf(const QQuickItem *item, const QPointF &offset)
+{
+    QJsonArray children;
+    for (const QQuickItem *child : item->childItems())
+        appendTo(&children, child, offset);
+    return children;
+}
+
+} // namespace
+
+QJsonObject dumpOf(QQuickWindow &window)
+{
+    QJsonArray children;
+    appendTo(&children, window.contentItem(), {});
+    return {{u"size"_s, QJsonArray{window.width(), window.height()}}, {u"children"_s, children}};
+}
+
+QQuickItem *itemNamed(QQuickItem *root, const QString &name)
+{
+    QList<QQuickItem *> items{root};
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        if (items.at(i)->objectName() == name)
+            return items.at(i);
+        items += items.at(i)->childItems();
+    }
+    return nullptr;
+}
+
+bool isOnScreen(const QQuickItem *item)
+{
+    if (!item->window() || !item->isVisible())
+        return false;
+    for (; item; item = item->parentItem()) {
+        if (item->opacity() < 1)
+            return false;
+    }
+    return true;
+}
+
+bool hasPictures(const QQuickItem *root)
+{
+    if (!root->isVisible())
+        return true;
+    for (const char *condition : {"hasImage", "ready"}) {
+        const QVariant holds = root->property(condition);
+        if (holds.isValid() && !holds.toBool())
+            return false;
+    }
+    const QList<QQuickItem *> children = root->childItems();
+    return std::all_of(children.begin(), children.end(), hasPictures);
+}
+
+} // namespace player

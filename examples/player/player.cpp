@@ -1,0 +1,98 @@
+#include "player.h"
+
+#include "surroundings.h"
+
+#include <ZNTAds/ZNTAdsManager.h>
+#include <ZNTAds/ZNTAdsSDK.h>
+
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QTimer>
+
+namespace player {
+
+namespace {
+
+int milliseconds(double seconds)
+{
+    return int(seconds * 1000);
+}
+
+} // namespace
+
+Player::Player(const Options &options, EventLog &events)
+    : m_options(options)
+    , m_events(events)
+    , m_stage(u"ZNTAds Player: "_s + options.formatName(), options.size)
+    // A tour that time cuts off has not shown all.
+    , m_status(options.format == Format::Tour ? 1 : 0)
+{
+}
+
+void Player::start()
+{
+    const qint64 left = milliseconds(m_options.duration) - m_events.milliseconds();
+    QTimer::singleShot(qMax<qint64>(0, left), Qt::PreciseTimer, qApp, &QCoreApplication::quit);
+    registerHost();
+    if (m_options.exposureRatio)
+        ZNTAdsManager::sharedInstance()->setExposureRatio(*m_options.exposureRatio);
+    play();
+}
+
+void Player::registerHost()
+{
+    if (m_options.log)
+        ZNTAdsSDK::setLogEnabled(*m_options.log);
+    if (m_options.testMode)
+        ZNTAdsSDK::setTestMode(*m_options.testMode);
+    ZNTAdsSDK::setEndpoints(m_options.exchange, m_options.logUpload);
+    ZNTAdsSDK::setUrlOpener([this](const QUrl &url) { return openUrl(url); });
+    if (!m_options.registers)
+        return;
+    ZNTAdsSDK::registerWithAppId(m_options.appId, m_options.mediaId, m_options.secret);
+    if (ZNTAdsSDK::isInitialized())
+        m_events.write(u"registered"_s);
+}
+
+bool Player::openUrl(const QUrl &url)
+{
+    const UrlOpening how =
+        m_options.urlOpening.value_or(isOffScreen() ? UrlOpening::Ok : UrlOpening::Desktop);
+    const bool isWeb = url.scheme() == u"http"_s || url.scheme() == u"https"_s;
+    bool opened = how == UrlOpening::Ok || (how == UrlOpening::FailDeeplink && isWeb);
+    if (how == UrlOpening::Desktop)
+        opened = QDesktopServices::openUrl(url);
+    m_events.write(
+        u"openUrl"_s, {{u"url"_s, url.toString(QUrl::FullyEncoded)}, {u"opened"_s, opened}});
+    return opened;
+}
+
+void Player::play()
+{
+    const auto quit = [this] { finish(0); };
+    if (m_options.format == Format::Tour) {
+        m_tour = std::make_unique<Tour>(m_options, m_events, m_stage);
+        connect(m_tour.get(), &Tour::quitAsked, this, quit);
+        connect(m_tour.get(), &Tour::finished, this, [this](bool all) { finish(all ? 0 : 1); });
+        m_tour->start();
+        return;
+    }
+    m_session = std::make_unique<Session>(m_options, m_events, m_stage);
+    connect(m_session.get(), &Session::quitAsked, this, quit);
+    connect(m_session.get(), &Session::finished, this, quit);
+    connect(m_session.get(), &Session::failed, this, [this] { finish(1); });
+    m_session->start();
+}
+
+// The first end counts; what comes while the run lingers changes nothing.
+void Player::finish(int status)
+{
+    if (m_finished)
+        return;
+    m_finished = true;
+    m_status = status;
+    QTimer::singleShot(
+        milliseconds(m_options.linger), Qt::PreciseTimer, qApp, &QCoreApplication::quit);
+}
+
+} // namespace player

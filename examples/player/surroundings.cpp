@@ -1,0 +1,92 @@
+#include "surroundings.h"
+
+#include <ZNTAds/ZNTAdsSDK.h>
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QSettings>
+#include <QSslConfiguration>
+
+namespace player {
+
+namespace {
+
+void keepUnder(const QDir &dir)
+{
+    // The display's key lies in the home that is left behind.
+    if (!qEnvironmentVariableIsSet("XAUTHORITY"))
+        qputenv("XAUTHORITY", QFile::encodeName(QDir::home().filePath(u".Xauthority"_s)));
+
+    const auto keep = [&dir](const char *variable, const QString &folder) {
+        dir.mkpath(folder);
+        qputenv(variable, QFile::encodeName(QDir::cleanPath(dir.absoluteFilePath(folder))));
+    };
+    keep("HOME", u"."_s);
+    keep("XDG_CONFIG_HOME", u"config"_s);
+    keep("XDG_DATA_HOME", u"data"_s);
+    keep("XDG_CACHE_HOME", u"cache"_s);
+    keep("XDG_STATE_HOME", u"state"_s);
+    keep("TMPDIR", u"tmp"_s);
+    dir.mkpath(u"Documents"_s);
+}
+
+// A settings file has no booleans, only these two texts.
+QJsonValue typed(const QVariant &value)
+{
+    if (value == QVariant(u"true"_s))
+        return true;
+    if (value == QVariant(u"false"_s))
+        return false;
+    return QJsonValue::fromVariant(value);
+}
+
+} // namespace
+
+void settleProcess(const Options &options)
+{
+    if (!options.dataDir.isEmpty())
+        keepUnder(QDir(options.dataDir));
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+void settleApplication(const Options &options)
+{
+    QCoreApplication::setOrganizationName(u"ZNTAds"_s);
+    QCoreApplication::setOrganizationDomain(u"zntads.example"_s);
+    QCoreApplication::setApplicationName(u"zntads-player"_s);
+    QCoreApplication::setApplicationVersion(ZNTAdsSDK::version());
+    QGuiApplication::setApplicationDisplayName(u"ZNTAds Player"_s);
+
+    QSettings settings;
+    for (const auto &[key, value] : options.defaults)
+        settings.setValue(key, value);
+    settings.sync();
+
+    if (!options.authorities.isEmpty()) {
+        QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+        configuration.setCaCertificates(
+            QSslConfiguration::systemCaCertificates() + options.authorities);
+        QSslConfiguration::setDefaultConfiguration(configuration);
+    }
+}
+
+bool isOffScreen()
+{
+    static const QStringList windowless{u"offscreen"_s, u"minimal"_s};
+    return windowless.contains(QGuiApplication::platformName());
+}
+
+QJsonObject storedDefaults()
+{
+    const QSettings settings;
+    QJsonObject stored;
+    for (const QString &key : settings.allKeys()) {
+        if (key.startsWith(u"ZNTAds_"_s))
+            stored.insert(key, typed(settings.value(key)));
+    }
+    return stored;
+}
+
+} // namespace player

@@ -1,0 +1,19 @@
+// What the process needs around it before the library is touched.
+#pragma once
+
+#include "options.h"
+
+namespace player {
+
+// Before the application object: where things are stored, and whether there is a display.
+void settleProcess(const Options &options);
+
+// After it: the application's name, its user defaults, the trusted authorities.
+void settleApplication(const Options &options);
+
+bool isOffScreen();
+
+// The stored keys of the library with their values.
+QJsonObject storedDefaults();
+
+} // namespace player
