@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 
 namespace znt {
 
@@ -326,33 +327,45 @@ private:
     QThread m_imageThread;
 };
 
-Q_CONSTINIT QBasicMutex sessionsMutex;
+// Other threads reach the application object through these alone: once it has begun to go, nothing
+// is posted to it and no session is made.
+Q_CONSTINIT QBasicMutex applicationMutex;
+Q_CONSTINIT bool applicationLives = false;
 Q_CONSTINIT Sessions *sessions = nullptr;
 
-void endSessions()
+void endWithApplication()
 {
-    const QMutexLocker lock(&sessionsMutex);
-    delete std::exchange(sessions, nullptr);
+    std::unique_ptr<Sessions> ending; // without the lock: its thread may be waiting for that
+    const QMutexLocker lock(&applicationMutex);
+    applicationLives = false;
+    ending.reset(std::exchange(sessions, nullptr));
 }
+
+void startWithApplication()
+{
+    qAddPostRoutine(endWithApplication);
+    const QMutexLocker lock(&applicationMutex);
+    applicationLives = true;
+}
+Q_COREAPP_STARTUP_FUNCTION(startWithApplication)
 
 } // namespace
 
 HttpClient *httpClient(Session session)
 {
-    const QMutexLocker lock(&sessionsMutex);
-    if (!QCoreApplication::instance() || QCoreApplication::closingDown())
+    const QMutexLocker lock(&applicationMutex);
+    if (!applicationLives)
         return nullptr;
-    if (!sessions) {
+    if (!sessions)
         sessions = new Sessions;
-        qAddPostRoutine(endSessions);
-    }
     return sessions->client(session);
 }
 
 void onMainThread(std::function<void()> call)
 {
-    if (QCoreApplication *application = QCoreApplication::instance())
-        QMetaObject::invokeMethod(application, std::move(call), Qt::QueuedConnection);
+    const QMutexLocker lock(&applicationMutex);
+    if (applicationLives)
+        QMetaObject::invokeMethod(qApp, std::move(call), Qt::QueuedConnection);
 }
 
 } // namespace znt
