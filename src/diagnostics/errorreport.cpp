@@ -14,8 +14,16 @@ namespace znt {
 
 namespace {
 
+// Without one Qt gives the application's name, which is that of the executable by default.
+QString displayName()
+{
+    const QString name = QGuiApplication::applicationDisplayName();
+    return name == QCoreApplication::applicationName() ? QString() : name;
+}
+
 QJsonObject reportOf(qint64 time, const QString &summary, const QString &details)
 {
+    device::watchScreen();
     const QSize screen = device::screenPixels();
     QJsonObject report{
         {QStringLiteral("exceptionTimeLong"), time},
@@ -38,7 +46,7 @@ QJsonObject reportOf(qint64 time, const QString &summary, const QString &details
 
     // What the host has not set is an empty text to Qt, and missing here.
     const std::pair<QString, QString> hostFacts[] = {
-        {QStringLiteral("appName"), QGuiApplication::applicationDisplayName()},
+        {QStringLiteral("appName"), displayName()},
         {QStringLiteral("appPackageName"), QCoreApplication::organizationDomain()},
         {QStringLiteral("appVersion"), QCoreApplication::applicationVersion()},
     };

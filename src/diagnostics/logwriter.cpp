@@ -195,7 +195,7 @@ bool LogWriter::workOff()
         next.work(m_file);
     }
     printTo(m_batch.lines.size());
-    if (m_unwrittenUnits >= writeThreshold || Clock::now() >= m_writeAt)
+    if (Clock::now() >= m_writeAt)
         write();
     return worked;
 }
@@ -229,6 +229,8 @@ void LogWriter::printTo(qsizetype position)
     m_unwritten += text;
     m_unwrittenUnits += count;
     std::fwrite(text.constData(), 1, size_t(text.size()), stderr);
+    if (m_unwrittenUnits >= writeThreshold)
+        write();
 }
 
 void LogWriter::write()

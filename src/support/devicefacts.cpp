@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLocale>
+#include <QPointer>
 #include <QScreen>
 #include <QSysInfo>
 #include <QTimeZone>
@@ -128,9 +129,11 @@ QSize screenPixels()
 
 void watchScreen()
 {
+    static QPointer<QGuiApplication> watched;
     auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
-    if (!application)
+    if (!application || application == watched)
         return;
+    watched = application;
     QObject::connect(
         application, &QGuiApplication::primaryScreenChanged, application, followScreen);
     followScreen(QGuiApplication::primaryScreen());

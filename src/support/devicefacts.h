@@ -21,6 +21,6 @@ QString timeZone();
 // Of the main screen, kept current from the main thread, readable from any; 0 x 0 without one.
 QSize screenPoints();
 QSize screenPixels();
-void watchScreen();
+void watchScreen(); // on the main thread; again does nothing
 
 } // namespace znt::device
