@@ -14,6 +14,8 @@
 /// Every method may be called from any thread, also before QCoreApplication exists. Lines of one
 /// thread keep their order; lines of several are interleaved whole. Files are
 /// "Documents/Logs/yyyy-MM-dd.log", written about once a second or when 65,536 UTF-16 units wait.
+/// No call waits for the disk: lines wait in memory, and all are written when the process exits
+/// normally. A process made by fork() writes nothing.
 class ZNTADS_EXPORT ZNTLogManager
 {
 public:
@@ -24,7 +26,7 @@ public:
     /// The logger. It lives until the process ends, and what was logged before that is written.
     static ZNTLogManager *sharedInstance();
 
-    /// Writes @p message at level "INFO"; nothing when logging is off.
+    /// Writes @p message at level "INFO"; nothing when logging is off. A null message is "(null)".
     void logInfo(const QString &message);
     /// Writes @p message at level "WARNING"; nothing when logging is off.
     void logWarning(const QString &message);
@@ -33,7 +35,8 @@ public:
     /// Writes one line at @p level without reporting it; nothing when logging is off.
     void writeLog(const QString &message, const QString &level);
 
-    /// The file of the day on which the logger was made.
+    /// The file of the day on which the logger was made, known at once; the folder and the file are
+    /// made in the background, and stay missing where they cannot be.
     QString currentLogFilePath() const;
     /// Copies the log file into the temporary folder. Lines that still wait in memory are not in
     /// the copy. @p completion may be empty; its error is of domain "com.zntads.logger" when there
@@ -60,7 +63,10 @@ public:
     QString getDeviceModel() const;
     /// Always "wifi".
     QString getNetworkStatus() const;
-    /// Sends one error report; a null text is left out of it. Never retried.
+    /// Sends one error report, whether or not logging is on; a null text is left out of it, and so
+    /// is what the host has not set: QGuiApplication::applicationDisplayName (where it is the plain
+    /// application name), QCoreApplication::organizationDomain and applicationVersion. Never
+    /// retried; without an application object nothing is sent.
     void reportErrorWithSummary(const QString &summary, const QString &details);
 
 private:

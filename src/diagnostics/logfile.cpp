@@ -18,6 +18,8 @@ LogFile::LogFile(const QString &path)
 
 void LogFile::open()
 {
+    if (m_file.isOpen())
+        return;
     QDir().mkpath(QFileInfo(m_file).path());
     m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
 }

@@ -142,9 +142,8 @@ void LogWriter::finish()
     bool isWriter = false;
     {
         const std::scoped_lock lock(m_mutex);
-        m_finishing = true;
-        isWriter = m_threadId == QThread::currentThreadId();
-        m_finished |= isWriter; // the process ends out of posted work: this thread has no next turn
+        m_finished = true;
+        isWriter = m_threadId == QThread::currentThreadId(); // the process ends out of posted work
     }
     m_wake.notify_one();
     if (!isWriter)
@@ -154,30 +153,31 @@ void LogWriter::finish()
 
 void LogWriter::run()
 {
-    m_file.open();
+    {
+        const std::scoped_lock turn(m_turn);
+        m_file.open();
+    }
     std::unique_lock lock(m_mutex);
     m_threadId = QThread::currentThreadId();
-    while (!m_finishing) {
+    while (!m_finished) {
         waitForInput(lock);
         lock.unlock();
         workOff();
         lock.lock();
     }
-    m_finished = true;
-    lock.unlock();
-    drain();
 }
 
 void LogWriter::waitForInput(std::unique_lock<std::mutex> &lock)
 {
     const auto urgent = [this] {
-        return m_finishing || !m_input.posted.empty() || m_input.lines.size() >= writeThreshold;
+        return m_finished || !m_input.posted.empty() || m_input.lines.size() >= writeThreshold;
     };
     const auto any = [&] { return urgent() || !m_input.lines.isEmpty(); };
+    const auto writeAt = m_writeAt; // a copy: callers may take over during the wait
     if (m_unwritten.isEmpty())
         m_wake.wait(lock, any);
     else
-        m_wake.wait_until(lock, m_writeAt, any);
+        m_wake.wait_until(lock, writeAt, any);
     if (!m_input.lines.isEmpty())
         m_wake.wait_for(lock, gatherInterval, urgent);
 }
@@ -213,6 +213,7 @@ bool LogWriter::takeOver()
 void LogWriter::drain()
 {
     const std::scoped_lock turn(m_turn);
+    m_file.open(); // the thread may not have come so far
     while (workOff()) { }
     write();
 }

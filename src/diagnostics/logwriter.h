@@ -76,7 +76,6 @@ private:
     std::condition_variable m_wake;
     Batch m_input;
     LineStart m_lineStart;
-    bool m_finishing = false;
     bool m_finished = false;
     Qt::HANDLE m_threadId = nullptr;
 
