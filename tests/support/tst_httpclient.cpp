@@ -157,7 +157,8 @@ private slots:
         QProcess server;
         server.start(program,
             {QStringLiteral("-v"), QStringLiteral("-a"), QStringLiteral("127.0.0.1"),
-                QStringLiteral("-d"), dir.path(), number, dir.filePath(QStringLiteral("server.key")),
+                QStringLiteral("-d"), dir.path(), number,
+                dir.filePath(QStringLiteral("server.key")),
                 dir.filePath(QStringLiteral("server.pem"))});
         QTRY_VERIFY(server.bytesAvailable() > 0 || server.state() == QProcess::NotRunning);
 
