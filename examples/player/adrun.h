@@ -29,6 +29,8 @@ public:
 
     // The ad's view, null when there is none; only the feed has rows.
     virtual QQuickItem *adView(int row) const = 0;
+    // What holds the ad's items, also those beside its view.
+    virtual QQuickItem *adItems(int row) const { return adView(row); }
     // The host's item that lies under all of the ad.
     virtual QQuickItem *screen() const = 0;
     virtual void scroll(double y){Q_UNUSED(y)}

@@ -19,6 +19,7 @@ public:
     void show() override { m_manager.showInterstitialAd(); }
     void close() override;
     QQuickItem *adView(int row) const override;
+    QQuickItem *adItems(int) const override { return m_screen.get(); }
     QQuickItem *screen() const override { return m_screen.get(); }
 
     void interstitialAdDidLoad() override { tellLoaded(u"interstitialAdDidLoad"_s); }

@@ -34,6 +34,7 @@ void Player::start()
     const qint64 left = milliseconds(m_options.duration) - m_events.milliseconds();
     QTimer::singleShot(qMax<qint64>(0, left), Qt::PreciseTimer, qApp, &QCoreApplication::quit);
     registerHost();
+    ZNTAdsSDK::setUrlOpener([this](const QUrl &url) { return openUrl(url); });
     if (m_options.exposureRatio)
         ZNTAdsManager::sharedInstance()->setExposureRatio(*m_options.exposureRatio);
     play();
@@ -46,7 +47,6 @@ void Player::registerHost()
     if (m_options.testMode)
         ZNTAdsSDK::setTestMode(*m_options.testMode);
     ZNTAdsSDK::setEndpoints(m_options.exchange, m_options.logUpload);
-    ZNTAdsSDK::setUrlOpener([this](const QUrl &url) { return openUrl(url); });
     if (!m_options.registers)
         return;
     ZNTAdsSDK::registerWithAppId(m_options.appId, m_options.mediaId, m_options.secret);

@@ -25,15 +25,10 @@ QPointF centreOf(const QQuickItem *item)
     return item->mapToScene({item->width() / 2, item->height() / 2});
 }
 
-// What stands beside the ad's own view, like the button over an interstitial's picture, counts as
-// the ad's too.
 QQuickItem *targetOf(const Action &action, const AdRun &run)
 {
     QQuickItem *ad = run.adView(action.row);
-    if (!ad || action.name.isEmpty())
-        return ad;
-    QQuickItem *item = itemNamed(ad, action.name);
-    return item ? item : itemNamed(run.screen(), action.name);
+    return !ad || action.name.isEmpty() ? ad : itemNamed(run.adItems(action.row), action.name);
 }
 
 bool writeJson(const QString &path, const QJsonObject &object)

@@ -1,7 +1,5 @@
 #include "surroundings.h"
 
-#include <ZNTAds/ZNTAdsSDK.h>
-
 #include <QDir>
 #include <QGuiApplication>
 #include <QSettings>
@@ -56,7 +54,7 @@ void settleApplication(const Options &options)
     QCoreApplication::setOrganizationName(u"ZNTAds"_s);
     QCoreApplication::setOrganizationDomain(u"zntads.example"_s);
     QCoreApplication::setApplicationName(u"zntads-player"_s);
-    QCoreApplication::setApplicationVersion(ZNTAdsSDK::version());
+    QCoreApplication::setApplicationVersion(QStringLiteral(PLAYER_VERSION));
     QGuiApplication::setApplicationDisplayName(u"ZNTAds Player"_s);
 
     QSettings settings;
