@@ -89,12 +89,14 @@ Item {
         }
     }
 
-    ImageView {
+    Loader {
         anchors.fill: parent
-        clip: true
-        hidden: !root.content.isVideo
-        contentMode: "aspectFill"
-        image: root.content.videoFrame
+        active: root.content.isVideo
+        sourceComponent: ImageView {
+            clip: true
+            contentMode: "aspectFill"
+            image: root.content.videoFrame
+        }
     }
 
     Rectangle {
