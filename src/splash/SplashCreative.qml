@@ -95,7 +95,7 @@ Item {
         sourceComponent: ImageView {
             clip: true
             contentMode: "aspectFill"
-            image: root.content.videoFrame
+            image: root.content.videoFrame // qmllint disable unqualified
         }
     }
 
