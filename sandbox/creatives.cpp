@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 namespace sandbox {
 namespace {
 
-const QByteArray pngSignature = "\x89PNG\r\n\x1a\n";
+constexpr char pngSignature[] = "\x89PNG\r\n\x1a\n";
 
 QByteArray bigEndian(quint32 value)
 {

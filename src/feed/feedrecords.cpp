@@ -19,7 +19,7 @@ void readImages(ZNTFeedAdData &record, const QJsonObject &ad, qsizetype index)
     if (images.isEmpty())
         return;
     QStringList urls;
-    for (const QJsonValue image : images) {
+    for (const auto &image : images) {
         const QString url = json::string(image[u"url"]);
         if (!url.isNull())
             urls.append(url);

@@ -30,7 +30,7 @@ QString randomText(const QJsonObject &ad, const QStringList &types)
 {
     QStringList texts;
     const QJsonArray elements = ad[u"texts"].toArray();
-    for (const QJsonValue element : elements) {
+    for (const auto &element : elements) {
         const QString content = json::string(element[u"content"]);
         if (!content.isNull() && types.contains(element[u"type"].toString()))
             texts.append(content);

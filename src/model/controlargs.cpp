@@ -59,6 +59,8 @@ struct Listed
 {
     const Record &record;
 };
+template <class Record>
+Listed(const Record &) -> Listed<Record>;
 
 template <class Record>
 QString logText(const Listed<Record> &listed)
@@ -75,7 +77,7 @@ QList<ZNTShakeSlopArg> readArgs(const QJsonArray &elements, const char *name)
     logInfo("Processing %1 %2 arguments", elements.size(), name);
     QList<ZNTShakeSlopArg> args;
     args.reserve(elements.size());
-    for (const QJsonValue element : elements) {
+    for (const auto &element : elements) {
         args.append(readRecord<ZNTShakeSlopArg>(element.toObject()));
         logInfo("Added %1 argument - %2", name, Listed{args.constLast()});
     }

@@ -42,7 +42,7 @@ void read(QList<Record> &member, const QJsonValue &value)
     const QJsonArray elements = value.toArray();
     member.clear();
     member.reserve(elements.size());
-    for (const QJsonValue element : elements)
+    for (const auto &element : elements)
         member.append(readRecord<Record>(element.toObject()));
 }
 template <class Record>

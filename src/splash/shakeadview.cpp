@@ -12,8 +12,10 @@ ZNTShakeAdView::ZNTShakeAdView(QQuickItem *parent)
     , d(std::make_unique<Private>())
 {
     // Queued: the delegate may destroy the creative, and its sensors must not be busy then.
-    for (const auto moved : {&znt::Motion::tilted, &znt::Motion::shaken})
-        connect(&d->motion, moved, this, &ZNTShakeAdView::handleShakeAction, Qt::QueuedConnection);
+    connect(&d->motion, &znt::Motion::tilted, this, &ZNTShakeAdView::handleShakeAction,
+        Qt::QueuedConnection);
+    connect(&d->motion, &znt::Motion::shaken, this, &ZNTShakeAdView::handleShakeAction,
+        Qt::QueuedConnection);
 }
 
 ZNTShakeAdView::~ZNTShakeAdView() = default;
