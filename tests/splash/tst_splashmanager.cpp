@@ -210,7 +210,8 @@ private slots:
         QVERIFY(!stage.host.events.contains(u"click"));
         QTRY_COMPARE(exchange.requests(QStringLiteral("/s/negfb.do")).size(), feedbacks);
         if (feedbacks)
-            QCOMPARE(exchange.requests().constLast().json()[u"bizId"], adId);
+            QCOMPARE(exchange.requests(QStringLiteral("/s/negfb.do")).constLast().json()[u"bizId"],
+                adId);
     }
 
     // What the configured ratio lets pass may still be refused for the fixed share, for good.
