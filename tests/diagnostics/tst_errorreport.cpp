@@ -26,137 +26,126 @@ class tst_errorreport : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void writesTheResult_data();
-    void writesTheResult();
-    void tellsWhatIsKnown();
-    void leavesOutWhatIsMissing();
-    void goesOutFromAnyThread();
+    void init()
+    {
+        znt::test::failOnWarnings();
+        QCoreApplication::setOrganizationDomain({});
+        QCoreApplication::setApplicationVersion({});
+        QGuiApplication::setApplicationDisplayName({});
+        m_exchange.forgetRequests();
+        m_exchange.setAnswerAt(path, {});
+        logger()->setLogEnabled(false);
+    }
+
+    void writesTheResult_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("ok") << 200 << "INFO Error report sent successfully";
+        QTest::newRow("choices") << 300 << "ERROR Error report failed with status code: 300";
+        QTest::newRow("dropped") << 0 << "ERROR Error sending error report: ";
+    }
+
+    void writesTheResult()
+    {
+        QFETCH(const int, status);
+        QFETCH(const QString, line);
+        m_exchange.setAnswerAt(path,
+            {.status = status,
+                .delivery = status ? Answer::Delivery::Whole : Answer::Delivery::Dropped});
+        znt::test::LogLines log;
+        logger()->logError(QStringLiteral("an error"));
+
+        QStringList lines;
+        QTRY_COMPARE_GE((lines += log.take()).size(), 2);
+        QCOMPARE(lines.size(), 2);
+        QCOMPARE(lines[0], "ERROR an error");
+        QVERIFY2(status ? lines[1] == line : lines[1].startsWith(line), qPrintable(lines[1]));
+        // The result is no cause for another report.
+        QCOMPARE(m_exchange.hits(path), 1);
+    }
+
+    void tellsWhatIsKnown()
+    {
+        QCoreApplication::setOrganizationDomain(QStringLiteral("com.example.shop"));
+        QCoreApplication::setApplicationVersion(QStringLiteral("2.5"));
+        QGuiApplication::setApplicationDisplayName(QStringLiteral("小店"));
+        logger()->setupWithAppId(QStringLiteral("app-7"), QStringLiteral("media-7"));
+        QCOMPARE(logger()->appId() + logger()->mediaId(), "app-7media-7");
+        const qint64 before = QDateTime::currentMSecsSinceEpoch();
+        logger()->reportErrorWithSummary(
+            QStringLiteral("a \"summary\""), QStringLiteral("细节\n2"));
+        const qint64 after = QDateTime::currentMSecsSinceEpoch();
+        QTest::qSleep(5); // the report's time is that of the call
+        QVERIFY(m_exchange.waitForRequests(path, 1));
+
+        const sandbox::Request request = m_exchange.requests(path).first();
+        QVERIFY(!request.secure);
+        QCOMPARE(request.method, "POST");
+        QCOMPARE(request.target, path);
+        QCOMPARE(request.header("Content-Type"), "application/json");
+        QVERIFY(!request.body.contains('\n'));
+
+        QJsonObject report = request.json();
+        const qint64 time = report.take(u"exceptionTimeLong").toInteger();
+        QVERIFY(before <= time && time <= after);
+        utsname name{};
+        uname(&name);
+        const QSize screen = QGuiApplication::primaryScreen()->size();
+        const QJsonObject expected{
+            {"deviceModel", name.machine},
+            {"deviceBrand", "Apple"},
+            {"osVersion", QSysInfo::productVersion()},
+            {"kernelVersion", name.release},
+            {"screenResolution", QStringLiteral("%1x%2").arg(screen.width()).arg(screen.height())},
+            {"languageSetting", QLocale::system().uiLanguages().constFirst()},
+            {"timezone", QString::fromUtf8(QTimeZone::systemTimeZoneId())},
+            {"networkStatus", "wifi"},
+            {"appName", "小店"},
+            {"appPackageName", "com.example.shop"},
+            {"appVersion", "2.5"},
+            {"errorSummary", "a \"summary\""},
+            {"errorDetails", "细节\n2"},
+        };
+        QCOMPARE(report, expected);
+        QCOMPARE(logger()->getDeviceModel(), name.machine);
+    }
+
+    void leavesOutWhatIsMissing()
+    {
+        logger()->reportErrorWithSummary(QStringLiteral(""), QString());
+        const QJsonObject summaryOnly = nextReport();
+        QCOMPARE(summaryOnly.value(u"errorSummary"), QJsonValue(""));
+        for (const char *key : {"errorDetails", "appName", "appPackageName", "appVersion"})
+            QVERIFY2(!summaryOnly.contains(QLatin1String(key)), key);
+
+        logger()->reportErrorWithSummary(QString(), QString());
+        const QJsonObject factsOnly = nextReport();
+        QVERIFY(!factsOnly.contains(u"errorSummary"));
+        QVERIFY(factsOnly.contains(u"deviceModel"));
+    }
+
+    void goesOutFromAnyThread()
+    {
+        std::thread([] {
+            znt::logError("Failed with %1", ZNTError("ZNTAdsManager", -2, "why"));
+        }).join();
+        QCOMPARE(nextReport().value(u"errorSummary"),
+            "Failed with Error Domain=ZNTAdsManager Code=-2 \"why\"");
+    }
 
 private:
-    QJsonObject nextReport();
+    QJsonObject nextReport()
+    {
+        if (!m_exchange.waitForRequests(path, 1))
+            return {};
+        const QJsonObject report = m_exchange.requests(path).first().json();
+        m_exchange.forgetRequests();
+        return report;
+    }
 
     znt::test::TrustedExchange m_exchange;
 };
-
-void tst_errorreport::init()
-{
-    znt::test::failOnWarnings();
-    QCoreApplication::setOrganizationDomain({});
-    QCoreApplication::setApplicationVersion({});
-    QGuiApplication::setApplicationDisplayName({});
-    m_exchange.forgetRequests();
-    m_exchange.setAnswerAt(path, {});
-    logger()->setLogEnabled(false);
-}
-
-QJsonObject tst_errorreport::nextReport()
-{
-    if (!m_exchange.waitForRequests(path, 1))
-        return {};
-    const QJsonObject report = m_exchange.requests(path).first().json();
-    m_exchange.forgetRequests();
-    return report;
-}
-
-void tst_errorreport::tellsWhatIsKnown()
-{
-    QCoreApplication::setOrganizationDomain(QStringLiteral("com.example.shop"));
-    QCoreApplication::setApplicationVersion(QStringLiteral("2.5"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("小店"));
-    logger()->setupWithAppId(QStringLiteral("app-7"), QStringLiteral("media-7"));
-    QCOMPARE(logger()->appId() + logger()->mediaId(), "app-7media-7");
-    const qint64 before = QDateTime::currentMSecsSinceEpoch();
-    logger()->reportErrorWithSummary(QStringLiteral("a \"summary\""), QStringLiteral("细节\n2"));
-    const qint64 after = QDateTime::currentMSecsSinceEpoch();
-    QTest::qSleep(5); // the report's time is that of the call
-    QVERIFY(m_exchange.waitForRequests(path, 1));
-
-    const sandbox::Request request = m_exchange.requests(path).first();
-    QVERIFY(!request.secure);
-    QCOMPARE(request.method, "POST");
-    QCOMPARE(request.target, path);
-    QCOMPARE(request.header("Content-Type"), "application/json");
-    QVERIFY(!request.body.contains('\n'));
-
-    QJsonObject report = request.json();
-    const qint64 time = report.take(u"exceptionTimeLong").toInteger();
-    QVERIFY(before <= time && time <= after);
-    utsname name{};
-    uname(&name);
-    const QSize screen = QGuiApplication::primaryScreen()->size();
-    const QJsonObject expected{
-        {"deviceModel", name.machine},
-        {"deviceBrand", "Apple"},
-        {"osVersion", QSysInfo::productVersion()},
-        {"kernelVersion", name.release},
-        {"screenResolution", QStringLiteral("%1x%2").arg(screen.width()).arg(screen.height())},
-        {"languageSetting", QLocale::system().uiLanguages().constFirst()},
-        {"timezone", QString::fromUtf8(QTimeZone::systemTimeZoneId())},
-        {"networkStatus", "wifi"},
-        {"appName", "小店"},
-        {"appPackageName", "com.example.shop"},
-        {"appVersion", "2.5"},
-        {"errorSummary", "a \"summary\""},
-        {"errorDetails", "细节\n2"},
-    };
-    QCOMPARE(report, expected);
-    QCOMPARE(logger()->getDeviceModel(), name.machine);
-}
-
-void tst_errorreport::leavesOutWhatIsMissing()
-{
-    logger()->reportErrorWithSummary(QStringLiteral(""), QString());
-    const QJsonObject summaryOnly = nextReport();
-    QCOMPARE(summaryOnly.value(u"errorSummary"), QJsonValue(""));
-    for (const char *key : {"errorDetails", "appName", "appPackageName", "appVersion"})
-        QVERIFY2(!summaryOnly.contains(QLatin1String(key)), key);
-
-    logger()->reportErrorWithSummary(QString(), QString());
-    const QJsonObject factsOnly = nextReport();
-    QVERIFY(!factsOnly.contains(u"errorSummary"));
-    QVERIFY(factsOnly.contains(u"deviceModel"));
-}
-
-void tst_errorreport::goesOutFromAnyThread()
-{
-    std::thread([] {
-        znt::logError("Failed with %1", ZNTError("ZNTAdsManager", -2, "why"));
-    }).join();
-    QCOMPARE(nextReport().value(u"errorSummary"),
-        "Failed with Error Domain=ZNTAdsManager Code=-2 \"why\"");
-}
-
-void tst_errorreport::writesTheResult_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("ok") << 200 << "INFO Error report sent successfully";
-    QTest::newRow("created") << 201 << "INFO Error report sent successfully";
-    QTest::newRow("choices") << 300 << "ERROR Error report failed with status code: 300";
-    QTest::newRow("not found") << 404 << "ERROR Error report failed with status code: 404";
-    QTest::newRow("broken") << 500 << "ERROR Error report failed with status code: 500";
-    QTest::newRow("dropped") << 0 << "ERROR Error sending error report: ";
-}
-
-void tst_errorreport::writesTheResult()
-{
-    QFETCH(const int, status);
-    QFETCH(const QString, line);
-    m_exchange.setAnswerAt(path,
-        {.status = status,
-            .delivery = status ? Answer::Delivery::Whole : Answer::Delivery::Dropped});
-    znt::test::LogLines log;
-    logger()->logError(QStringLiteral("an error"));
-
-    QStringList lines;
-    QTRY_COMPARE_GE((lines += log.take()).size(), 2);
-    QCOMPARE(lines.size(), 2);
-    QCOMPARE(lines[0], "ERROR an error");
-    QVERIFY2(status ? lines[1] == line : lines[1].startsWith(line), qPrintable(lines[1]));
-    // The result is no cause for another report.
-    QCOMPARE(m_exchange.hits(path), 1);
-}
 
 int main(int argc, char **argv)
 {

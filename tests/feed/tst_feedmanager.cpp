@@ -1,6 +1,6 @@
 #include "core/visibilitytimer.h"
 #include "support/exchangetest.h"
-#include "support/loglines.h"
+#include "support/recorder.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTAdsSDK.h>
@@ -14,7 +14,7 @@ using namespace znt;
 
 namespace {
 
-class Host : public QObject, public ZNTFeedDelegate
+class Host : public QObject, public ZNTFeedDelegate, public test::Recorder
 {
     Q_OBJECT
     Q_INTERFACES(ZNTFeedDelegate)
@@ -22,27 +22,16 @@ class Host : public QObject, public ZNTFeedDelegate
 public:
     void feedAdDidLoad(const QList<ZNTFeedAdDataPtr> &ads) override
     {
-        heard("load " + QByteArray::number(ads.size()));
+        hear(QStringLiteral("load %1").arg(ads.size()));
     }
     void feedAdDidFail(const ZNTError &error) override
     {
-        heard("fail " + error.domain().toUtf8() + ' ' + QByteArray::number(error.code()));
+        hear(QStringLiteral("fail %1 %2").arg(error.domain()).arg(error.code()));
     }
-    void feedAdDidVisible() override { heard("visible"); }
-    void feedAdDidClick() override { heard("click"); }
-    void feedAdDidClose() override { heard("close"); }
-    void feedAdDidCloseOtherController() override { heard("other"); }
-
-    QByteArrayList events;
-    std::function<void()> react;
-
-private:
-    void heard(const QByteArray &event)
-    {
-        events.append(event);
-        if (react)
-            react();
-    }
+    void feedAdDidVisible() override { hear("visible"); }
+    void feedAdDidClick() override { hear("click"); }
+    void feedAdDidClose() override { hear("close"); }
+    void feedAdDidCloseOtherController() override { hear("other"); }
 };
 
 } // namespace
@@ -132,8 +121,8 @@ private slots:
     void cleanup()
     {
         manager.reset();
-        host.react = {};
-        host.events.clear();
+        host.then = {};
+        host.heard.clear();
         opened.clear();
         exchange.forgetRequests();
     }
@@ -141,14 +130,14 @@ private slots:
     void loads()
     {
         manager->loadAdData();
-        QTRY_COMPARE(host.events, QByteArrayList{"fail ZNTFeedManager -1001"});
+        QTRY_COMPARE(host.heard, QStringList{"fail ZNTFeedManager -1001"});
         QVERIFY(exchange.requests(QStringLiteral("/s/req2.do")).isEmpty());
 
-        const auto loads = [this](const char *position, const QByteArray &event) {
-            host.events.clear();
+        const auto loads = [this](const char *position, const QString &event) {
+            host.heard.clear();
             manager->setMediaId(QLatin1String(position));
             manager->loadAdData();
-            QTRY_COMPARE(host.events.value(0), event);
+            QTRY_COMPARE(host.heard.value(0), event);
         };
         manager->setAdCount(20);
         loads("feed", "load 9");
@@ -162,12 +151,11 @@ private slots:
         QVERIFY(manager->adData());
         manager->setAdCount(-1);
         loads("nulls", "load 2");
-        for (const char *position : {"wrong-types-inside", "long-texts", "bad-urls"})
-            loads(position, "load 1");
+        loads("wrong-types-inside", "load 1");
         loads("many", "load 10000");
         manager->setMediaId(QLatin1String(""));
         manager->loadAdData();
-        QVERIFY(exchange.waitForRequests(QStringLiteral("/s/req2.do"), 9));
+        QVERIFY(exchange.waitForRequests(QStringLiteral("/s/req2.do"), 7));
 
         manager->loadAdData();
         manager.reset();
@@ -204,20 +192,6 @@ private slots:
         }
         QCOMPARE(manager->adData()->adId(), QStringLiteral("5"));
         QVERIFY(!manager->handleAdResponse(QJsonArray()));
-    }
-
-    void saysWhatItDoes()
-    {
-        test::LogLines log;
-        read(R"({"images": [{}], "trackInfo": {"viewUrl3rd": "a", "dpEventUrls": []},
-            "urlInfo": {"h5url": "h"}})");
-        QCOMPARE(log.take(),
-            QStringList({"INFO Processing 1 ads from response",
-                "INFO Processing ad 0 - Style: 0, Title: (null)",
-                "INFO Processed 0 images for ad 0", "INFO Processing tracking information",
-                "INFO Converted single view URL to array", "INFO Processed dpEventUrls",
-                "INFO Processed URL info - h5url: h, deepLinkUrl: (null)"}));
-        ZNTLogManager::sharedInstance()->setEnabled(false);
     }
 
     void countsAnAdOnceItIsSeen()
@@ -276,10 +250,17 @@ private slots:
 
     void letsItsLastRecordServeAllViews()
     {
+        manager->adViewDidClick(); // without any ad
+        manager->adViewDidClose();
+        manager->adViewDidExposure(window.contentItem());
+        QCOMPARE(host.heard, QStringList({"click", "close", "visible"}));
+        QVERIFY(exchange.requests(QStringLiteral("/s/negfb.do")).isEmpty());
+        host.heard.clear();
+
         load(3);
         manager->adViewDidClick();
-        QCOMPARE(host.events, QByteArrayList{"click"});
-        QTRY_COMPARE(host.events, QByteArrayList({"click", "other"}));
+        QCOMPARE(host.heard, QStringList{"click"});
+        QTRY_COMPARE(host.heard, QStringList({"click", "other"}));
         QCOMPARE(
             opened, QStringList({"app:3", exchange.url(QStringLiteral("/landing/3")).toString()}));
         QVERIFY(exchange.waitForRequests(QStringLiteral("/t/click/3"), 1));
@@ -296,16 +277,7 @@ private slots:
         manager->adViewDidExposure(nullptr);
         QVERIFY(isChecking(manager->adData()));
         QTRY_COMPARE(manager->reportedAdIds(), QSet<QString>{"3"});
-        QCOMPARE(host.events.mid(2), QByteArrayList({"close", "visible", "visible"}));
-    }
-
-    void tellsEvenWithoutAnyAd()
-    {
-        manager->adViewDidClick();
-        manager->adViewDidClose();
-        manager->adViewDidExposure(window.contentItem());
-        QCOMPARE(host.events, QByteArrayList({"click", "close", "visible"}));
-        QVERIFY(exchange.requests(QStringLiteral("/s/negfb.do")).isEmpty());
+        QCOMPARE(host.heard.mid(2), QStringList({"close", "visible", "visible"}));
     }
 
     void tearsDownInItsOrder()
@@ -341,7 +313,7 @@ private slots:
         QTRY_COMPARE(hits("/t/view/2"), 1);
         manager->deallocAllFeedProperty(); // with the report in flight
         manager->registerAdForView(shown.get(), records[2]);
-        host.react = [this] { manager.reset(); };
+        host.then = [this](const QString &) { manager.reset(); };
         manager->adViewDidExposure(shown.get());
         QVERIFY(!manager);
         twoTicks();

@@ -1,4 +1,6 @@
 #include "support/exchangetest.h"
+#include "support/frames.h"
+#include "support/recorder.h"
 
 #include <ZNTAds/ZNTFeedAdView.h>
 #include <ZNTAds/ZNTFeedManager.h>
@@ -12,50 +14,33 @@ using namespace znt;
 
 namespace {
 
-class Listener : public QObject, public ZNTAdViewDelegate
+class Listener : public QObject, public ZNTAdViewDelegate, public test::Recorder
 {
     Q_OBJECT
     Q_INTERFACES(ZNTAdViewDelegate)
 
 public:
-    void adViewDidClick() override { heard("click"); }
-    void adViewDidClose() override { heard("close"); }
+    void adViewDidClick() override { hear("click"); }
+    void adViewDidClose() override { hear("close"); }
     void adViewDidExposure(QQuickItem *view) override
     {
         exposed = view;
-        heard("exposure");
+        hear("exposure");
     }
 
-    QByteArrayList events;
     QQuickItem *exposed = nullptr;
-    std::function<void()> react;
-
-private:
-    void heard(const char *event)
-    {
-        events.append(event);
-        if (react)
-            react();
-    }
 };
 
-struct Record
+ZNTFeedAdDataPtr record(const QString &title = {}, const QStringList &images = {},
+    const QString &source = {}, const QString &logo = {})
 {
-    QString title = {};
-    QString source = {};
-    QString logo = {};
-    QStringList images = {};
-
-    ZNTFeedAdDataPtr shared() const
-    {
-        const auto record = std::make_shared<ZNTFeedAdData>();
-        record->setTitle(title);
-        record->setSource(source);
-        record->setSourceLogo(logo);
-        record->setImageUrls(images);
-        return record;
-    }
-};
+    const auto result = std::make_shared<ZNTFeedAdData>();
+    result->setTitle(title);
+    result->setImageUrls(images);
+    result->setSource(source);
+    result->setSourceLogo(logo);
+    return result;
+}
 
 } // namespace
 
@@ -109,9 +94,9 @@ private slots:
     void cleanup()
     {
         view.reset();
-        listener.react = {};
+        listener.then = {};
         QCoreApplication::processEvents();
-        listener.events.clear();
+        listener.heard.clear();
     }
 
     void madeByNumber()
@@ -131,65 +116,47 @@ private slots:
     {
         QTest::addColumn<int>("style");
         QTest::addColumn<QSizeF>("size");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QRectF>("frame");
-        const QSizeF row(375, 200);
-        const auto add = [row](int style, const char *name, const QRectF &frame, QSizeF size = {}) {
-            QTest::addRow("%d %s", style, name)
-                << style << (size.isEmpty() ? row : size) << QString::fromLatin1(name) << frame;
+        QTest::addColumn<QString>("frames");
+        const auto add = [](int style, const char *frames, const QSizeF &size = {375, 200}) {
+            QTest::addRow("%d, %g high", style, size.height())
+                << style << size << QString::fromLatin1(frames);
         };
-        const QRectF close(341, 12, 22, 22);
-        const QRectF upperTitle(12, 12, 251, 44);
-        for (const int style : {0, 1, 2, 3, 6, 7, 8})
-            add(style, "closeButton", close);
-        add(0, "adImageView", {12, 12, 351, 176});
-        add(0, "adLabel", {306, 141, 30, 20});
-        add(1, "adImageView", {12, 12, 351, 120});
-        add(1, "titleLabel", {12, 140, 351, 44});
-        add(1, "logoImageView", {313, 92, 30, 20});
-        add(2, "titleLabel", upperTitle);
-        add(2, "adImageView", {12, 68, 351, 120});
-        add(2, "adLabel", {313, 92, 30, 20});
-        add(3, "titleLabel", upperTitle);
-        add(3, "adImageView", {12, 68, 351, 120});
-        add(3, "adLabel", {303, 90, 36, 18});
-        add(3, "logoImageView", {303, 90, 36, 18});
-        add(4, "closeButton", {337.5, 15, 30, 30});
-        add(4, "mainImageView", {15, 15, 345, 150});
-        add(4, "adLabel", {307, 122, 30, 20});
-        add(4, "titleLabel", {15, 180, 345, 40});
-        add(5, "closeButton", {343, 10, 22, 22});
-        add(5, "containerView", {12, 12, 351, 176});
-        add(5, "adImageView", {0, 0, 351, 176});
-        add(5, "overlayView", {0, 131, 351, 45});
-        add(5, "titleLabel", {12, 12.5, 281, 20});
-        add(5, "actionButton", {293, 7.5, 70, 30});
-        add(5, "adLabel", {12, 12, 30, 20});
-        add(6, "titleLabel", {12, 12, 321, 54});
-        add(6, "imageContainer", {12, 78, 351, 117});
-        add(6, "imageViews[2]", {2 * (335 / 3.0 + 8), 0, 335 / 3.0, 117});
-        const QSizeF low(375, 100);
-        add(7, "adImageView", {12, 0, 88, 100}, low);
-        add(7, "titleLabel", {112, 12, 221, 76}, low);
-        add(7, "closeButton", {341, 12, 22, 22}, low);
-        add(7, "adLabel", {50, 72, 30, 20}, low);
-        add(8, "adImageView", {287, 12, 76, 76}, low);
-        add(8, "titleLabel", {12, 12, 251, 76}, low);
-        add(8, "logoImageView", {38, 48, 30, 20}, low);
-        add(3, "adImageView", {12, 68, 276, 220}, {300, 300});
+        add(0, "closeButton 341 12 22 22 adImageView 12 12 351 176 adLabel 306 141 30 20");
+        add(1, R"(closeButton 341 12 22 22 adImageView 12 12 351 120
+            titleLabel 12 140 351 44 logoImageView 313 92 30 20)");
+        add(2, R"(closeButton 341 12 22 22 titleLabel 12 12 251 44 adImageView 12 68 351 120
+            adLabel 313 92 30 20)");
+        add(3, R"(closeButton 341 12 22 22 titleLabel 12 12 251 44 adImageView 12 68 351 120
+            adLabel 303 90 36 18 logoImageView 303 90 36 18)");
+        add(3, "adImageView 12 68 276 220", {300, 300});
+        add(4, R"(closeButton 337.5 15 30 30 mainImageView 15 15 345 150
+            adLabel 307 122 30 20 titleLabel 15 180 345 40)");
+        add(5, R"(closeButton 343 10 22 22 containerView 12 12 351 176 adImageView 0 0 351 176
+            overlayView 0 131 351 45 titleLabel 12 12.5 281 20 actionButton 293 7.5 70 30
+            adLabel 12 12 30 20)");
+        add(6, R"(closeButton 341 12 22 22 titleLabel 12 12 321 54
+            imageContainer 12 78 351 117 imageViews[2] 239.333 0 111.667 117)");
+        add(7, R"(closeButton 341 12 22 22 adImageView 12 0 88 100 titleLabel 112 12 221 76
+            adLabel 50 72 30 20)",
+            {375, 100});
+        add(8, R"(closeButton 341 12 22 22 adImageView 287 12 76 76 titleLabel 12 12 251 76
+            logoImageView 38 48 30 20)",
+            {375, 100});
     }
 
     void laysOut()
     {
         QFETCH(int, style);
         QFETCH(QSizeF, size);
-        QFETCH(QString, name);
-        QFETCH(QRectF, frame);
+        QFETCH(QString, frames);
         view = create(style, size);
-        view->setupWithAdsData(Record{.title = QString(60, u'宽')}.shared());
-        const QQuickItem *item = part(qPrintable(name));
-        QVERIFY(item);
-        QCOMPARE(QRectF(item->position(), item->size()), frame);
+        view->setupWithAdsData(record(QString(60, u'宽')));
+        for (const QString &line : test::framesIn(frames)) {
+            const QString name = line.section(u' ', 0, 0);
+            const QQuickItem *item = part(qPrintable(name));
+            QVERIFY2(item, qPrintable(name));
+            QCOMPARE(test::frameText(name, {item->position(), item->size()}), line);
+        }
     }
 
     void fitsIntoAnySize()
@@ -199,7 +166,7 @@ private slots:
                 {QSizeF(0, 0), QSizeF(375, 1), QSizeF(1, 375), QSizeF(9e5, 2)}) {
                 view = create(style, size);
                 view->setParentItem(window.contentItem());
-                view->setupWithAdsData(Record{.title = QStringLiteral("t")}.shared());
+                view->setupWithAdsData(record(QStringLiteral("t")));
                 window.grabWindow();
             }
             view = create(style);
@@ -214,14 +181,14 @@ private slots:
             view = create(style);
             const char *label = style == 6 ? "sourceLabel" : "adLabel";
             view->setupWithAdsData(nullptr);
-            view->setupWithAdsData(Record{}.shared());
+            view->setupWithAdsData(record());
             if (style > 0)
                 QVERIFY(of("titleLabel", "text").toString().startsWith(QStringLiteral("广告标题")));
             QCOMPARE(of(label, "text"), QStringLiteral("广告"));
             QVERIFY(part(label)->isVisible() && !part("logoImageView")->isVisible());
 
             view->setupWithAdsData(
-                Record{QStringLiteral("<b>x</b>"), "Tea", QLatin1String("")}.shared());
+                record(QStringLiteral("<b>x</b>"), {}, "Tea", QLatin1String("")));
             if (style > 0)
                 QCOMPARE(of("titleLabel", "text"), QStringLiteral("<b>x</b>"));
             QCOMPARE(of(label, "text"), QStringLiteral("Tea"));
@@ -235,30 +202,29 @@ private slots:
         exchange.setAnswerAt(
             QStringLiteral("/slow.png"), {.status = 200, .delay = std::chrono::milliseconds(150)});
         view = create(6);
-        view->setupWithAdsData(Record{.images = {slow}}.shared());
-        view->setupWithAdsData(Record{.logo = picture("logo-tea.png"),
-            .images = {picture("tea-wide.jpg"), picture("isle-wide.jpg")}}
-                                   .shared());
+        view->setupWithAdsData(record({}, {slow}));
+        view->setupWithAdsData(record(
+            {}, {picture("tea-wide.jpg"), picture("isle-wide.jpg")}, {}, picture("logo-tea.png")));
         QTRY_VERIFY(of("logoImageView", "hasImage").toBool());
         for (const char *name : {"imageViews[0]", "imageViews[1]", "imageViews[2]"})
             QTRY_VERIFY(of(name, "hasImage").toBool());
         QCOMPARE(exchange.hits(QStringLiteral("/creatives/isle-wide.jpg")), 0);
 
-        view->setupWithAdsData(Record{.logo = "file:///etc/hostname", .images = {"x"}}.shared());
+        view->setupWithAdsData(record({}, {"x"}, {}, "file:///etc/hostname"));
         QVERIFY(!of("imageViews[0]", "hasImage").toBool());
-        view->setupWithAdsData(Record{.images = {picture("tea-wide.jpg")}}.shared());
+        view->setupWithAdsData(record({}, {picture("tea-wide.jpg")}));
         view.reset(); // with its picture under way
         QTest::qWait(50);
     }
 
     void showsLongTextsAtOnce()
     {
-        const auto record = Record{QString(100'000, u'宽'), QString(100'000, u'x')}.shared();
+        const auto longest = record(QString(100'000, u'宽'), {}, QString(100'000, u'x'));
         view = create(1);
         view->setParentItem(window.contentItem());
         QElapsedTimer clock;
         clock.start();
-        view->setupWithAdsData(record);
+        view->setupWithAdsData(longest);
         window.grabWindow();
         QVERIFY(clock.elapsed() < 100);
     }
@@ -273,14 +239,14 @@ private slots:
                 : style == 6                ? "imageViews[1]"
                                             : "adImageView";
             tap(inside); // not filled yet
-            QCOMPARE(listener.events, QByteArrayList({"exposure", "close"}));
+            QCOMPARE(listener.heard, QStringList({"exposure", "close"}));
             for (int i = 0; i < 3; ++i)
-                view->setupWithAdsData(Record{}.shared());
+                view->setupWithAdsData(record());
             tap(inside);
             if (style == 5)
                 tap("actionButton");
-            const QByteArrayList clicks(style == 5 ? 2 : 1, "click");
-            QCOMPARE(listener.events.mid(2), clicks);
+            const QStringList clicks(style == 5 ? 2 : 1, "click");
+            QCOMPARE(listener.heard.mid(2), clicks);
             cleanup();
         }
     }
@@ -289,7 +255,7 @@ private slots:
     {
         view = create(7);
         view->setParentItem(window.contentItem());
-        view->setupWithAdsData(Record{}.shared());
+        view->setupWithAdsData(record());
         window.requestActivate();
         QTest::keyClick(&window, Qt::Key_Tab);
         QTest::keyClick(&window, Qt::Key_Return);
@@ -297,7 +263,7 @@ private slots:
         QTest::keyClick(&window, Qt::Key_Tab);
         QTest::keyClick(&window, Qt::Key_Space);
         QCoreApplication::processEvents();
-        QCOMPARE(listener.events, QByteArrayList({"exposure", "click", "close", "close"}));
+        QCOMPARE(listener.heard, QStringList({"exposure", "click", "close", "close"}));
     }
 
     void tellsOfEachArrivalInAWindow()
@@ -306,17 +272,17 @@ private slots:
         QQuickItem screen;
         view->setParentItem(&screen);
         QCoreApplication::processEvents();
-        QVERIFY(listener.events.isEmpty());
+        QVERIFY(listener.heard.isEmpty());
         screen.setParentItem(window.contentItem());
-        QTRY_COMPARE(listener.events.size(), 1);
+        QTRY_COMPARE(listener.heard.size(), 1);
         QCOMPARE(listener.exposed, view.get());
         QQuickWindow other;
         screen.setParentItem(other.contentItem());
         screen.setParentItem(nullptr);
-        QTRY_COMPARE(listener.events.size(), 2);
+        QTRY_COMPARE(listener.heard.size(), 2);
 
         screen.setParentItem(window.contentItem());
-        listener.react = [this] { view.reset(); };
+        listener.then = [this](const QString &) { view.reset(); };
         QTRY_VERIFY(!view); // the delegate may destroy it then
     }
 };

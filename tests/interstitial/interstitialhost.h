@@ -2,6 +2,8 @@
 // hears.
 #pragma once
 
+#include "support/recorder.h"
+
 #include <ZNTAds/ZNTInterstitialDelegate.h>
 
 #include <QQuickItem>
@@ -10,13 +12,9 @@
 
 namespace znt::test {
 
-class Host : public QObject, public ZNTInterstitialDelegate
+class Host : public QObject, public ZNTInterstitialDelegate, public Recorder
 {
 public:
-    QStringList heard;
-    // Runs right after one was heard.
-    std::function<void(const QString &)> then = [](const QString &) {};
-
     void interstitialAdDidLoad() override { hear("load"); }
     void interstitialAdDidFailed(const ZNTError &error) override
     {
@@ -28,14 +26,6 @@ public:
     void interstitialAdDidAutoClose(bool autoClose) override
     {
         hear(autoClose ? "auto-closed" : "closed");
-    }
-
-private:
-    void hear(const char *what) { hear(QString::fromLatin1(what)); }
-    void hear(const QString &what)
-    {
-        heard.append(what);
-        then(what);
     }
 };
 

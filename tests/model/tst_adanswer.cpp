@@ -10,7 +10,6 @@ using namespace znt::test;
 
 namespace {
 
-constexpr TrackingTexts plainTexts{"Processed dpEventUrls", "Converted single dpEventURL to array"};
 constexpr TrackingTexts countingTexts{
     "Processed %1 dpEvent URLs", "Converted single dpEvent URL to array"};
 
@@ -21,117 +20,89 @@ class tst_adanswer : public QObject
     Q_OBJECT
 
 private slots:
-    void refusesWithAReason();
-    void picksAmongTheTexts();
-    void trackingLists_data();
-    void trackingLists();
-    void trackingListsLog();
-};
-
-void tst_adanswer::refusesWithAReason()
-{
-    LogLines log;
-    const QList<QPair<QJsonValue, QString>> refused{
-        {QJsonValue(), "Invalid response format: not a dictionary"},
-        {QJsonArray{1}, "Invalid response format: not a dictionary"},
-        {QJsonObject(), "Invalid response code: 0"},
-        {json(R"({"code": 4294967496, "data": [1]})"), "Invalid response code: 4294967496"},
-        {json(R"({"code": 200})"), "No ad data available in response"},
-        {json(R"({"code": 200, "data": []})"), "No ad data available in response"},
-        {json(R"({"code": 200, "data": {"0": {}}})"), "No ad data available in response"}};
-    for (const auto &[answer, reason] : refused) {
-        QCOMPARE(adsOfAnswer(answer), std::nullopt);
-        QCOMPARE(log.take(), QStringList{"ERROR " + reason});
+    void refusesWithAReason()
+    {
+        LogLines log;
+        const QList<QPair<QJsonValue, QString>> refused{
+            {QJsonValue(), "Invalid response format: not a dictionary"},
+            {QJsonArray{1}, "Invalid response format: not a dictionary"},
+            {QJsonObject(), "Invalid response code: 0"},
+            {json(R"({"code": 4294967496, "data": [1]})"), "Invalid response code: 4294967496"},
+            {json(R"({"code": 200})"), "No ad data available in response"},
+            {json(R"({"code": 200, "data": []})"), "No ad data available in response"},
+            {json(R"({"code": 200, "data": {"0": {}}})"), "No ad data available in response"}};
+        for (const auto &[answer, reason] : refused) {
+            QCOMPARE(adsOfAnswer(answer), std::nullopt);
+            QCOMPARE(log.take(), QStringList{"ERROR " + reason});
+        }
+        QCOMPARE(adsOfAnswer(json(R"({"code": "200", "data": [{}, 1]})"))->size(), 2);
+        QVERIFY(log.take().isEmpty());
     }
-    QCOMPARE(adsOfAnswer(json(R"({"code": "200", "data": [{}, 1]})"))->size(), 2);
-    QVERIFY(log.take().isEmpty());
-}
 
-void tst_adanswer::picksAmongTheTexts()
-{
-    const QJsonObject ad = json(R"({"texts": [{"type": "TITLE", "content": "c"},
-        {"type": "TXT", "content": "a"}, 5, null, {"type": "TXT"}, {"type": "TXT", "content": 1},
-        {"type": 1, "content": "x"}, {"content": "x"}, {"type": "TXT", "content": "b"}]})");
-    const auto seen = [&](const QStringList &types) {
-        QSet<QString> texts;
-        for (int i = 0; i < 400; ++i)
-            texts.insert(randomText(ad, types));
-        return texts;
-    };
-    QCOMPARE(seen({"TXT"}), (QSet<QString>{"a", "b"}));
-    QCOMPARE(seen({"TXT", "TITLE"}), (QSet<QString>{"a", "b", "c"}));
-    QVERIFY(randomText(ad, {"NONE"}).isNull());
-    QVERIFY(randomText(json(R"({"texts": "TXT"})"), {"TXT"}).isNull());
-}
+    void picksAmongTheTexts()
+    {
+        const QJsonObject ad = json(R"({"texts": [{"type": "TITLE", "content": "c"},
+            {"type": "TXT", "content": "a"}, 5, null, {"type": "TXT"}, {"type": "TXT", "content": 1},
+            {"type": 1, "content": "x"}, {"content": "x"}, {"type": "TXT", "content": "b"}]})");
+        const auto seen = [&](const QStringList &types) {
+            QSet<QString> texts;
+            for (int i = 0; i < 400; ++i)
+                texts.insert(randomText(ad, types));
+            return texts;
+        };
+        QCOMPARE(seen({"TXT"}), (QSet<QString>{"a", "b"}));
+        QCOMPARE(seen({"TXT", "TITLE"}), (QSet<QString>{"a", "b", "c"}));
+        QVERIFY(randomText(ad, {"NONE"}).isNull());
+        QVERIFY(randomText(json(R"({"texts": "TXT"})"), {"TXT"}).isNull());
+    }
 
-void tst_adanswer::trackingLists_data()
-{
-    QTest::addColumn<QByteArray>("trackInfo");
-    QTest::addColumn<QJsonArray>("ofView");
-    QTest::addColumn<QJsonArray>("ofClick");
+    void trackingLists_data()
+    {
+        QTest::addColumn<QByteArray>("trackInfo");
+        QTest::addColumn<QJsonArray>("ofView");
+        QTest::addColumn<QJsonArray>("ofClick");
 
-    // The three lists afterwards, under each rule; "-" where a list was left as it was.
-    const QJsonArray kept{"-"};
-    const QJsonArray one{"1"};
-    const auto row = [](const char *name, const QByteArray &info, const QJsonArray &ofView,
-                         const QJsonArray &ofClick) {
-        QTest::newRow(name) << info << ofView << ofClick;
-    };
-    row("lists", R"({"viewUrl3rd": ["1"], "clickUrl3rd": ["1"], "dpEventUrls": []})",
-        {one, one, QJsonArray()}, {one, one, QJsonArray()});
-    row("strings", R"({"viewUrl3rd": "1", "clickUrl3rd": "1", "dpEventUrls": "1"})",
-        {one, one, one}, {one, one, one});
-    row("view string, click list", R"({"viewUrl3rd": "1", "clickUrl3rd": ["1"]})",
-        {one, QJsonArray{one}, kept}, {one, one, kept});
-    row("view list, click string", R"({"viewUrl3rd": ["1"], "clickUrl3rd": "1"})", {one, "1", kept},
-        {one, one, kept});
-    row("view string, no click", R"({"viewUrl3rd": "1"})", {one, QJsonArray(), kept},
-        {one, kept, kept});
-    row("no view", R"({"clickUrl3rd": "1", "dpEventUrls": 7})", {kept, kept, kept},
-        {kept, one, kept});
-    row("no object", "[]", {kept, kept, kept}, {kept, kept, kept});
-}
+        // The three lists afterwards, under each rule; "-" where a list was left as it was.
+        const QJsonArray kept{"-"};
+        const QJsonArray one{"1"};
+        const auto row = [](const char *name, const QByteArray &info, const QJsonArray &ofView,
+                             const QJsonArray &ofClick) {
+            QTest::newRow(name) << info << ofView << ofClick;
+        };
+        row("lists", R"({"viewUrl3rd": ["1"], "clickUrl3rd": ["1"], "dpEventUrls": []})",
+            {one, one, QJsonArray()}, {one, one, QJsonArray()});
+        row("strings", R"({"viewUrl3rd": "1", "clickUrl3rd": "1", "dpEventUrls": "1"})",
+            {one, one, one}, {one, one, one});
+        row("view string, click list", R"({"viewUrl3rd": "1", "clickUrl3rd": ["1"]})",
+            {one, QJsonArray{one}, kept}, {one, one, kept});
+        row("view list, click string", R"({"viewUrl3rd": ["1"], "clickUrl3rd": "1"})",
+            {one, "1", kept}, {one, one, kept});
+        row("view string, no click", R"({"viewUrl3rd": "1"})", {one, QJsonArray(), kept},
+            {one, kept, kept});
+        row("no view", R"({"clickUrl3rd": "1", "dpEventUrls": 7})", {kept, kept, kept},
+            {kept, one, kept});
+        row("no object", "[]", {kept, kept, kept}, {kept, kept, kept});
+    }
 
-void tst_adanswer::trackingLists()
-{
-    QFETCH(QByteArray, trackInfo);
-    const QJsonObject ad = json("{\"trackInfo\": " + trackInfo + '}');
-    const auto read = [&](ClickForm form) {
-        TrackingLists lists{{"-"}, QJsonArray{"-"}, {"-"}};
-        readTrackingLists(lists, ad, form, countingTexts);
-        return QJsonArray{lists.view, lists.click, lists.dpEvent};
-    };
-    QTEST(read(ClickForm::OfView), "ofView");
-    QTEST(read(ClickForm::OfClick), "ofClick");
+    void trackingLists()
+    {
+        QFETCH(QByteArray, trackInfo);
+        const QJsonObject ad = json("{\"trackInfo\": " + trackInfo + '}');
+        const auto read = [&](ClickForm form) {
+            TrackingLists lists{{"-"}, QJsonArray{"-"}, {"-"}};
+            readTrackingLists(lists, ad, form, countingTexts);
+            return QJsonArray{lists.view, lists.click, lists.dpEvent};
+        };
+        QTEST(read(ClickForm::OfView), "ofView");
+        QTEST(read(ClickForm::OfClick), "ofClick");
 
-    // With a view list and no click value, there is no click list.
-    TrackingLists lists{{}, QJsonArray{"-"}, {}};
-    readTrackingLists(
-        lists, json(R"({"trackInfo": {"viewUrl3rd": []}})"), ClickForm::OfView, countingTexts);
-    QVERIFY(lists.click.isUndefined());
-}
-
-void tst_adanswer::trackingListsLog()
-{
-    LogLines log;
-    const auto read = [&](const char *trackInfo, ClickForm form, const TrackingTexts &texts) {
-        TrackingLists lists;
-        readTrackingLists(lists, {{"trackInfo", json(trackInfo)}}, form, texts);
-        return log.take();
-    };
-    const char *lists = R"({"viewUrl3rd": [1, 2], "clickUrl3rd": [], "dpEventUrls": ["1"]})";
-    const char *strings = R"({"viewUrl3rd": "v", "clickUrl3rd": "c", "dpEventUrls": "d"})";
-    QCOMPARE(read(lists, ClickForm::OfClick, plainTexts),
-        (QStringList{"INFO Processing tracking information", "INFO Processed 2 view URLs",
-            "INFO Processed click URLs", "INFO Processed dpEventUrls"}));
-    QCOMPARE(read(strings, ClickForm::OfView, plainTexts).last(),
-        "INFO Converted single dpEventURL to array");
-    QCOMPARE(read(lists, ClickForm::OfView, countingTexts).last(), "INFO Processed 1 dpEvent URLs");
-    QCOMPARE(read(R"({"viewUrl3rd": "v"})", ClickForm::OfView, countingTexts),
-        (QStringList{"INFO Processing tracking information",
-            "INFO Converted single view URL to array",
-            "INFO Converted single click URL to array"}));
-}
+        // With a view list and no click value, there is no click list.
+        TrackingLists lists{{}, QJsonArray{"-"}, {}};
+        readTrackingLists(
+            lists, json(R"({"trackInfo": {"viewUrl3rd": []}})"), ClickForm::OfView, countingTexts);
+        QVERIFY(lists.click.isUndefined());
+    }
+};
 
 QTEST_APPLESS_MAIN(tst_adanswer)
 #include "tst_adanswer.moc"

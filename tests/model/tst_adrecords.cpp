@@ -1,5 +1,4 @@
 #include "support/dictionary.h"
-#include "support/loglines.h"
 
 #include <ZNTAds/ZNTAdsResponseFactory.h>
 
@@ -30,105 +29,87 @@ class tst_adrecords : public QObject
     Q_OBJECT
 
 private slots:
-    void adComesBackAsItWas();
-    void missingIsNotEmpty();
-    void wrongTypesAreAbsent();
-    void integers();
-    void factory();
-};
+    void adComesBackAsItWas()
+    {
+        QJsonObject sent = fullAd;
+        sent.insert(QStringLiteral("unknown"), 1);
+        const ZNTAdInfo ad = ZNTAdInfo::initWithDictionary(sent);
+        QCOMPARE(ad.toDictionary(), fullAd);
 
-void tst_adrecords::adComesBackAsItWas()
-{
-    QJsonObject sent = fullAd;
-    sent.insert(QStringLiteral("unknown"), 1);
-    const ZNTAdInfo ad = ZNTAdInfo::initWithDictionary(sent);
-    QCOMPARE(ad.toDictionary(), fullAd);
+        QCOMPARE(ad.adId(), QStringLiteral("a"));
+        QCOMPARE(ad.images()->first().height(), 1920);
+        QCOMPARE(ad.texts()->size(), 2);
+        QCOMPARE(ad.urlInfo()->deepLinkUrl(), QStringLiteral("d"));
+        QCOMPARE(ad.appInfo()->appComplianceInfo()->permissionList()->first().value(),
+            QStringLiteral("v"));
+    }
 
-    QCOMPARE(ad.adId(), QStringLiteral("a"));
-    QCOMPARE(ad.images()->first().height(), 1920);
-    QCOMPARE(ad.texts()->size(), 2);
-    QCOMPARE(ad.urlInfo()->deepLinkUrl(), QStringLiteral("d"));
-    QCOMPARE(
-        ad.appInfo()->appComplianceInfo()->permissionList()->first().value(), QStringLiteral("v"));
-}
+    void missingIsNotEmpty()
+    {
+        QCOMPARE(ZNTAdInfo::initWithDictionary({}).toDictionary(), QJsonObject());
+        const QJsonObject empty = json(R"({"images": [], "texts": [], "urlInfo": {}, "adBrand": "",
+                     "appInfo": {"appComplianceInfo": {"permissionList": []}}})");
+        QCOMPARE(ZNTAdInfo::initWithDictionary(empty).toDictionary(), empty);
+        QCOMPARE(ZNTAdInfo::initWithDictionary(json(R"({"trackInfo": {"viewUrl3rd": "one"}})"))
+                     .toDictionary(),
+            json(R"({"trackInfo": {"viewUrl3rd": [], "clickUrl3rd": [], "conversionUrls": [],
+                                        "dpEventUrls": []}})"));
+    }
 
-void tst_adrecords::missingIsNotEmpty()
-{
-    QCOMPARE(ZNTAdInfo::initWithDictionary({}).toDictionary(), QJsonObject());
-    const QJsonObject empty = json(R"({"images": [], "texts": [], "urlInfo": {}, "adBrand": "",
-                 "appInfo": {"appComplianceInfo": {"permissionList": []}}})");
-    QCOMPARE(ZNTAdInfo::initWithDictionary(empty).toDictionary(), empty);
-    QCOMPARE(ZNTAdInfo::initWithDictionary(json(R"({"trackInfo": {"viewUrl3rd": "one"}})"))
-                 .toDictionary(),
-        json(R"({"trackInfo": {"viewUrl3rd": [], "clickUrl3rd": [], "conversionUrls": [],
-                                    "dpEventUrls": []}})"));
-}
+    // Each key of the ad in turn, and the elements of its lists.
+    void wrongTypesAreAbsent()
+    {
+        const QList<QJsonValue> values{
+            QJsonValue(), true, 1e300, "s", QJsonArray{QJsonArray(), 1}, QJsonObject{{"data", 1}}};
+        const QStringList keys = fullAd.keys();
+        for (const QJsonValue &wrong : values) {
+            for (const QString &key : keys) {
+                const QJsonValue right = fullAd[key];
+                QJsonObject ad = fullAd;
+                ad.insert(key, wrong);
+                const QJsonObject written = ZNTAdInfo::initWithDictionary(ad).toDictionary();
+                QCOMPARE(written.contains(key), wrong.type() == right.type());
 
-// Each key of the ad in turn, and the elements of its lists.
-void tst_adrecords::wrongTypesAreAbsent()
-{
-    const QList<QJsonValue> values{
-        QJsonValue(), true, 1e300, "s", QJsonArray{QJsonArray(), 1}, QJsonObject{{"data", 1}}};
-    const QStringList keys = fullAd.keys();
-    for (const QJsonValue &wrong : values) {
-        for (const QString &key : keys) {
-            const QJsonValue right = fullAd[key];
-            QJsonObject ad = fullAd;
-            ad.insert(key, wrong);
-            const QJsonObject written = ZNTAdInfo::initWithDictionary(ad).toDictionary();
-            QCOMPARE(written.contains(key), wrong.type() == right.type());
-
-            ad.insert(key, QJsonArray{wrong});
-            const QJsonObject listed = ZNTAdInfo::initWithDictionary(ad).toDictionary();
-            QCOMPARE(listed.contains(key), right.isArray());
+                ad.insert(key, QJsonArray{wrong});
+                const QJsonObject listed = ZNTAdInfo::initWithDictionary(ad).toDictionary();
+                QCOMPARE(listed.contains(key), right.isArray());
+            }
+            const auto response = ZNTAdsResponse::initWithDictionary(
+                {{"code", 200}, {"data", QJsonArray{wrong, fullAd}}});
+            QCOMPARE(response.data().size(), 2);
+            QCOMPARE(response.data().last().toDictionary(), fullAd);
         }
-        const auto response = ZNTAdsResponse::initWithDictionary(
-            {{"code", 200}, {"data", QJsonArray{wrong, fullAd}}});
-        QCOMPARE(response.data().size(), 2);
-        QCOMPARE(response.data().last().toDictionary(), fullAd);
-    }
-}
-
-void tst_adrecords::integers()
-{
-    const auto image = ZNTImgInfo::initWithDictionary(json(R"({"width": null})"));
-    QCOMPARE(image.width(), 0);
-    QCOMPARE(image.height(), 0);
-    const auto odd =
-        ZNTImgInfo::initWithDictionary(json(R"({"width": "12px", "height": 4294967297.9})"));
-    QCOMPARE(odd.width(), 12);
-    QCOMPARE(odd.height(), 1);
-}
-
-void tst_adrecords::factory()
-{
-    LogLines log;
-    const auto created = [&](const QJsonValue &answer, const char *written) {
-        return ZNTAdsResponseFactory::createFromServerResponse(answer).toDictionary()
-            == json(written);
-    };
-    QVERIFY(created(
-        QJsonArray(), R"({"code": 500, "message": "Invalid response format", "data": []})"));
-    QCOMPARE(log.take(),
-        (QStringList{"ERROR Invalid response format: not a dictionary",
-            "ERROR Creating error response with code: 500, message: "
-            "Invalid response format"}));
-
-    for (const char *refused : {R"({"code": 404, "id": "x", "message": "m"})", R"({"data": []})"}) {
-        QVERIFY(
-            created(json(refused), R"({"code": 500, "message": "Invalid ad data", "data": []})"));
-        QCOMPARE(log.take(),
-            (QStringList{"ERROR Invalid ad data in response",
-                "ERROR Creating error response with code: 500, message: Invalid ad data"}));
     }
 
-    QVERIFY(created(json(R"({"code": "200", "id": "i", "message": "", "data": {}})"),
-        R"({"code": 200, "id": "i", "message": "", "data": []})"));
-    QCOMPARE(log.take(), QStringList{"INFO Successfully created ads response with 0 ads"});
-    QVERIFY(
-        created(json(R"({"code": 200, "data": [{}, 3]})"), R"({"code": 200, "data": [{}, {}]})"));
-    QCOMPARE(log.take(), QStringList{"INFO Successfully created ads response with 2 ads"});
-}
+    void integers()
+    {
+        const auto image = ZNTImgInfo::initWithDictionary(json(R"({"width": null})"));
+        QCOMPARE(image.width(), 0);
+        QCOMPARE(image.height(), 0);
+        const auto odd =
+            ZNTImgInfo::initWithDictionary(json(R"({"width": "12px", "height": 4294967297.9})"));
+        QCOMPARE(odd.width(), 12);
+        QCOMPARE(odd.height(), 1);
+    }
+
+    void factory()
+    {
+        const auto created = [&](const QJsonValue &answer, const char *written) {
+            return ZNTAdsResponseFactory::createFromServerResponse(answer).toDictionary()
+                == json(written);
+        };
+        QVERIFY(created(
+            QJsonArray(), R"({"code": 500, "message": "Invalid response format", "data": []})"));
+        for (const char *refused :
+            {R"({"code": 404, "id": "x", "message": "m"})", R"({"data": []})"})
+            QVERIFY(created(
+                json(refused), R"({"code": 500, "message": "Invalid ad data", "data": []})"));
+        QVERIFY(created(json(R"({"code": "200", "id": "i", "message": "", "data": {}})"),
+            R"({"code": 200, "id": "i", "message": "", "data": []})"));
+        QVERIFY(created(
+            json(R"({"code": 200, "data": [{}, 3]})"), R"({"code": 200, "data": [{}, {}]})"));
+    }
+};
 
 QTEST_APPLESS_MAIN(tst_adrecords)
 #include "tst_adrecords.moc"

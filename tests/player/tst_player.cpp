@@ -81,216 +81,193 @@ class tst_Player : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void runs_data();
-    void runs();
-    void wrongCommandLines_data();
-    void wrongCommandLines();
-    void eventFields();
-    void dumps();
-    void keepsEverythingInItsFolder();
-    void tours();
+    // In the events column "+" stands for a click that is followed to its target.
+    void runs_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QString>("events");
+        QTest::addColumn<int>("status");
+
+        const QString splash =
+            u"registered splashAdDidLoad splashAdDidVisible splashAdDidRender "_s;
+        const QString clicked = u"handleAdClick openUrl splashAdDidCloseOtherController "_s;
+        const QString closed = u"splashAdDidShowFinish exit"_s;
+        QTest::addRow("splash: tap, close")
+            << u"--at 1:tap --at 1.2:close splash"_s
+            << splash + u"action "_s + clicked + u"action "_s + closed << 0;
+        QTest::addRow("splash: skip")
+            << u"--at 1:tap:skipButton splash"_s << splash + u"action "_s + closed << 0;
+        QTest::addRow("splash: a tilt once, each shake")
+            << u"--style 1 --at 1:tilt:30 --at 1.1:tilt:31 --at 1.2:tilt:80 --at 1.3:shake --at 2:close splash"_s
+            << splash + u"action action "_s + clicked + u"action action "_s + clicked + u"action "_s
+                + closed
+            << 0;
+        QTest::addRow("splash: slides")
+            << u"--style 2 --at 1:pan:120,0,400 --at 1.6:pan:0,-150,100 --at 2:pan:0,60,100 --at 2.4:close splash"_s
+            << splash + u"action "_s + clicked + u"action action "_s + clicked + u"action "_s
+                + closed
+            << 0;
+        QTest::addRow("splash: hidden at first")
+            << u"--at 0:hide --at 1.5:show --at 2:quit splash"_s
+            << u"registered splashAdDidLoad splashAdDidVisible action action splashAdDidRender action exit"_s
+            << 0;
+        QTest::addRow("splash: registration refused, time up")
+            << u"--media-id= --at 0.5:tap --duration 2 --open-url fail splash"_s
+            << u"splashAdDidFailed exit"_s << 1;
+        QTest::addRow("splash: answer refused")
+            << u"--answer %1 splash"_s.arg(answerFile("{\"code\": 500}"))
+            << u"registered answer exit"_s << 1;
+
+        const QString interstitial =
+            u"registered interstitialAdDidLoad interstitialAdDidVisible "_s;
+        QTest::addRow("interstitial: no early close, tap, host's close")
+            << u"--at 0.6:tap:skipButton --at 0.8:tap --at 1:close interstitial"_s
+            << interstitial
+                + u"action action interstitialAdDidClick openUrl "
+                  "interstitialAdDidCloseOtherController action interstitialAdDidAutoClose exit"_s
+            << 0;
+        QTest::addRow("interstitial: closes by itself, twice")
+            << u"--auto-close 1 --linger 1 --at 0.6:close interstitial"_s
+            << interstitial + u"action interstitialAdDidAutoClose interstitialAdDidAutoClose exit"_s
+            << 0;
+        QTest::addRow("feed: two rows, tap, close, quit")
+            << u"--count 2 --at 1:tap::1 --at 1.2:tap:closeButton:0 --at 1.4:close --at 1.6:quit feed"_s
+            << u"registered feedAdDidLoad feedAdDidVisible feedAdDidVisible action feedAdDidClick "
+               u"openUrl "
+               "feedAdDidCloseOtherController action feedAdDidClose action action exit"_s
+            << 0;
+    }
+
+    void runs()
+    {
+        QFETCH(const QString, arguments);
+        QFETCH(const QString, events);
+        QFETCH(const int, status);
+        const Outcome outcome = play(arguments.split(u' '));
+        QCOMPARE(outcome.names().join(u' '), events);
+        QCOMPARE(outcome.status, status);
+        QCOMPARE(outcome.events.last()[u"status"_s], status);
+    }
+
+    void wrongCommandLines_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        for (const char *arguments : {"", "bogus", "splash feed", "--nonsense splash",
+                 "--style x splash", "--size 10 splash", "--size 0x5 splash", "--log maybe splash",
+                 "--open-url often splash", "--exchange http://localhost splash",
+                 "--linger -1 splash", "--set-default K={ splash", "--set-default =1 splash",
+                 "--answer /nowhere splash", "--ca-file /dev/null splash",
+                 "--events /nowhere/at/all splash", "--at tap splash", "--at -1:tap splash",
+                 "--at 1:tap:a:b splash", "--at 1:pan:1,2 splash", "--at 1:shake:hard splash",
+                 "--at 1:dump: splash", "--no-show tour"})
+            QTest::addRow("%s", arguments) << QString::fromLatin1(arguments);
+    }
+
+    void wrongCommandLines()
+    {
+        QFETCH(const QString, arguments);
+        const Outcome outcome = run(arguments.split(u' ', Qt::SkipEmptyParts));
+        QCOMPARE(outcome.status, 2);
+        QVERIFY(outcome.events.isEmpty());
+        QCOMPARE(outcome.errors.count('\n'), 1);
+    }
+
+    void eventFields()
+    {
+        const Outcome failed = play({u"--no-position"_s, u"splash"_s});
+        const QJsonObject failure = failed.first(u"splashAdDidFailed"_s);
+        QCOMPARE(failure[u"domain"_s], u"ZNTSplashManager"_s);
+        QCOMPARE(failure[u"code"_s], -1001);
+        QCOMPARE(failure[u"description"_s], u"mediaId不能为空"_s);
+        QVERIFY(failure[u"ms"_s].toInt() > 0);
+
+        const Outcome tapped = play({u"--open-url"_s, u"fail-deeplink"_s, u"--at"_s, u"1:tap"_s,
+            u"--at"_s, u"1.2:quit"_s, u"splash"_s});
+        QCOMPARE(tapped.first(u"action"_s)[u"action"_s], u"tap"_s);
+        QCOMPARE(tapped.first(u"openUrl"_s)[u"opened"_s], false);
+        QCOMPARE(tapped.names().count(u"openUrl"_s), 2);
+        QCOMPARE(tapped.events.value(tapped.names().lastIndexOf(u"openUrl"_s))[u"opened"_s], true);
+    }
+
+    void dumps()
+    {
+        QVERIFY(QDir(m_dir.path()).mkpath(u"out"_s));
+        play({u"--size"_s, u"320x568"_s, u"--bottom-view"_s, u"100"_s, u"--at"_s,
+            u"0.2:alpha:0.5"_s, u"--at"_s, u"0.3:move:10,20"_s, u"--at"_s,
+            u"1:dump:"_s + path(u"out/splash.json"_s), u"--at"_s, u"1.1:quit"_s, u"splash"_s});
+        const QJsonObject splash = read(path(u"out/splash.json"_s));
+        QCOMPARE(splash[u"size"_s], (QJsonArray{320, 568}));
+        const QJsonObject content = splash[u"children"_s][0].toObject();
+        QCOMPARE(content[u"opacity"_s], 0.5);
+        QCOMPARE(content[u"frame"_s], (QJsonArray{10, 20, 320, 568}));
+        const QJsonObject view = itemNamed(splash, u"splashAdView"_s);
+        QCOMPARE(view[u"type"_s], u"ZNTSplashImageAdView"_s);
+        QCOMPARE(view[u"frame"_s], (QJsonArray{0, 0, 320, 468}));
+        QCOMPARE(itemNamed(splash, u"bottomView"_s)[u"frame"_s], (QJsonArray{0, 468, 320, 100}));
+        QCOMPARE(itemNamed(view, u"skipButton"_s)[u"textColor"_s], u"#ffffffff"_s);
+        QCOMPARE(itemNamed(view, u"adLabel"_s)[u"visible"_s], false);
+        const QJsonObject picture = itemNamed(view, u"mainAdImageView"_s);
+        QCOMPARE(picture[u"hasImage"_s], true);
+        QCOMPARE(picture[u"contentMode"_s], u"aspectFit"_s);
+
+        play({u"--template-size"_s, u"300x150"_s, u"--at"_s, u"0.2:scroll:50"_s, u"--at"_s,
+            u"0.4:dump:"_s + path(u"out/feed.json"_s), u"--at"_s, u"0.5:quit"_s, u"feed"_s});
+        const QJsonObject feed = read(path(u"out/feed.json"_s));
+        QCOMPARE(itemNamed(feed, u"row2"_s)[u"frame"_s], (QJsonArray{0, 250, 300, 150}));
+        QCOMPARE(itemNamed(feed, u"row8"_s)[u"type"_s], u"ZNTTextRightImageAdView"_s);
+        QVERIFY(itemNamed(feed, u"row9"_s).isEmpty());
+        QVERIFY(!itemNamed(itemNamed(feed, u"row6"_s), u"imageViews[2]"_s).isEmpty());
+    }
+
+    void keepsEverythingInItsFolder()
+    {
+        const QString folder = path(u"fresh"_s);
+        play({u"--data-dir"_s, folder, u"--set-default"_s, u"ZNTAds_FreqCtrlArg={\"a\":[1,true]}"_s,
+            u"--set-default"_s, u"mine=1"_s, u"--log"_s, u"on"_s, u"--at"_s,
+            u"1:defaults:"_s + path(u"defaults.json"_s), u"--at"_s, u"1.1:quit"_s, u"splash"_s});
+        const QJsonObject defaults = read(path(u"defaults.json"_s));
+        QCOMPARE(defaults[u"ZNTAds_FreqCtrlArg"_s].toObject()[u"a"_s], (QJsonArray{1, true}));
+        QCOMPARE(defaults[u"ZNTAds_EnableAdLog"_s], true);
+        QVERIFY(!defaults.contains(u"mine"_s));
+        QCOMPARE(QDir(folder + u"/Documents/Logs"_s).entryList(QDir::Files).size(), 1);
+        QVERIFY(QDir(folder + u"/tmp"_s).exists());
+    }
+
+    void tours()
+    {
+        const Outcome outcome = play({u"--screenshots"_s, path(u"pictures"_s), u"tour"_s});
+        QCOMPARE(outcome.status, 0);
+        for (const QString &name : {u"splash-image"_s, u"splash-shake"_s, u"splash-slide"_s,
+                 u"interstitial"_s, u"feed"_s}) {
+            const QImage picture(path(u"pictures/%1.png"_s.arg(name)));
+            QCOMPARE(picture.size(), QSize(375, 812));
+        }
+
+        QCOMPARE(play({u"--position"_s, u"refused"_s, u"tour"_s}).status, 1);
+    }
 
 private:
     // Against the exchange, with everything under a folder of its own.
-    Outcome play(const QStringList &arguments);
+    Outcome play(const QStringList &arguments)
+    {
+        return run(QStringList{u"--exchange"_s, m_exchange.httpsUrl().toString(), u"--log-upload"_s,
+                       m_exchange.httpUrl().toString(), u"--ca-file"_s, m_exchange.caFile(),
+                       u"--data-dir"_s, path(u"data"_s), u"--linger"_s, u"0.2"_s}
+            + arguments);
+    }
+
     QString path(const QString &name) const { return m_dir.filePath(name); }
-    QString answerFile(const QByteArray &json) const;
+    QString answerFile(const QByteArray &json) const
+    {
+        QFile file(path(u"answer.json"_s));
+        if (!file.open(QIODevice::WriteOnly) || file.write(json) != json.size())
+            qFatal("%s", qPrintable(file.errorString()));
+        return file.fileName();
+    }
 
     znt::test::TrustedExchange m_exchange;
     QTemporaryDir m_dir;
 };
-
-Outcome tst_Player::play(const QStringList &arguments)
-{
-    return run(QStringList{u"--exchange"_s, m_exchange.httpsUrl().toString(), u"--log-upload"_s,
-                   m_exchange.httpUrl().toString(), u"--ca-file"_s, m_exchange.caFile(),
-                   u"--data-dir"_s, path(u"data"_s), u"--linger"_s, u"0.2"_s}
-        + arguments);
-}
-
-QString tst_Player::answerFile(const QByteArray &json) const
-{
-    QFile file(path(u"answer.json"_s));
-    if (!file.open(QIODevice::WriteOnly) || file.write(json) != json.size())
-        qFatal("%s", qPrintable(file.errorString()));
-    return file.fileName();
-}
-
-// In the events column "+" stands for a click that is followed to its target.
-void tst_Player::runs_data()
-{
-    QTest::addColumn<QString>("arguments");
-    QTest::addColumn<QString>("events");
-    QTest::addColumn<int>("status");
-
-    const QString splash = u"registered splashAdDidLoad splashAdDidVisible splashAdDidRender "_s;
-    const QString clicked = u"handleAdClick openUrl splashAdDidCloseOtherController "_s;
-    const QString closed = u"splashAdDidShowFinish exit"_s;
-    QTest::addRow("splash: tap, close")
-        << u"--at 1:tap --at 1.2:close splash"_s
-        << splash + u"action "_s + clicked + u"action "_s + closed << 0;
-    QTest::addRow("splash: skip") << u"--at 1:tap:skipButton splash"_s
-                                  << splash + u"action "_s + closed << 0;
-    QTest::addRow("splash: a tilt once, each shake")
-        << u"--style 1 --at 1:tilt:30 --at 1.1:tilt:31 --at 1.2:tilt:80 --at 1.3:shake --at 2:close splash"_s
-        << splash + u"action action "_s + clicked + u"action action "_s + clicked + u"action "_s
-            + closed
-        << 0;
-    QTest::addRow("splash: slides")
-        << u"--style 2 --at 1:pan:120,0,400 --at 1.6:pan:0,-150,100 --at 2:pan:0,60,100 --at 2.4:close splash"_s
-        << splash + u"action "_s + clicked + u"action action "_s + clicked + u"action "_s + closed
-        << 0;
-    QTest::addRow("splash: hidden at first")
-        << u"--at 0:hide --at 1.5:show --at 2:quit splash"_s
-        << u"registered splashAdDidLoad splashAdDidVisible action action splashAdDidRender action exit"_s
-        << 0;
-    QTest::addRow("splash: load only")
-        << u"--no-show splash"_s << u"registered splashAdDidLoad exit"_s << 0;
-    QTest::addRow("splash: registration refused, time up")
-        << u"--media-id= --at 0.5:tap --duration 2 --open-url fail splash"_s
-        << u"splashAdDidFailed exit"_s << 1;
-    QTest::addRow("splash: no position")
-        << u"--no-register --no-position splash"_s << u"splashAdDidFailed exit"_s << 1;
-    QTest::addRow("splash: time up")
-        << u"--exposure-ratio 100 --duration 0 splash"_s << u"registered exit"_s << 0;
-    QTest::addRow("splash: answer refused")
-        << u"--answer %1 splash"_s.arg(answerFile("{\"code\": 500}")) << u"registered answer exit"_s
-        << 1;
-
-    const QString interstitial = u"registered interstitialAdDidLoad interstitialAdDidVisible "_s;
-    QTest::addRow("interstitial: no early close, tap, host's close")
-        << u"--at 0.6:tap:skipButton --at 0.8:tap --at 1:close interstitial"_s
-        << interstitial
-            + u"action action interstitialAdDidClick openUrl "
-              "interstitialAdDidCloseOtherController action interstitialAdDidAutoClose exit"_s
-        << 0;
-    QTest::addRow("interstitial: closes by itself, twice")
-        << u"--auto-close 1 --linger 1 --at 0.6:close interstitial"_s
-        << interstitial + u"action interstitialAdDidAutoClose interstitialAdDidAutoClose exit"_s
-        << 0;
-    QTest::addRow("interstitial: nothing to show")
-        << u"--position refused interstitial"_s << u"registered interstitialAdDidFailed exit"_s
-        << 1;
-
-    QTest::addRow("feed: two rows, tap, close, quit")
-        << u"--count 2 --at 1:tap::1 --at 1.2:tap:closeButton:0 --at 1.4:close --at 1.6:quit feed"_s
-        << u"registered feedAdDidLoad feedAdDidVisible feedAdDidVisible action feedAdDidClick "
-           u"openUrl "
-           "feedAdDidCloseOtherController action feedAdDidClose action action exit"_s
-        << 0;
-    QTest::addRow("feed: none") << u"--count 0 --at 0.2:quit feed"_s
-                                << u"registered feedAdDidLoad action exit"_s << 0;
-}
-
-void tst_Player::runs()
-{
-    QFETCH(const QString, arguments);
-    QFETCH(const QString, events);
-    QFETCH(const int, status);
-    const Outcome outcome = play(arguments.split(u' '));
-    QCOMPARE(outcome.names().join(u' '), events);
-    QCOMPARE(outcome.status, status);
-    QCOMPARE(outcome.events.last()[u"status"_s], status);
-}
-
-void tst_Player::wrongCommandLines_data()
-{
-    QTest::addColumn<QString>("arguments");
-    for (const char *arguments : {"", "bogus", "splash feed", "--nonsense splash", "splash --style",
-             "--style x splash", "--size 10 splash", "--size 0x5 splash", "--log maybe splash",
-             "--open-url often splash", "--exchange http://localhost splash", "--linger -1 splash",
-             "--set-default K={ splash", "--set-default =1 splash", "--answer /nowhere splash",
-             "--ca-file /dev/null splash", "--events /nowhere/at/all splash", "--at tap splash",
-             "--at -1:tap splash", "--at 1:tap:a:b splash", "--at 1:pan:1,2 splash",
-             "--at 1:shake:hard splash", "--at 1:dump: splash", "--no-show tour"})
-        QTest::addRow("%s", arguments) << QString::fromLatin1(arguments);
-}
-
-void tst_Player::wrongCommandLines()
-{
-    QFETCH(const QString, arguments);
-    const Outcome outcome = run(arguments.split(u' ', Qt::SkipEmptyParts));
-    QCOMPARE(outcome.status, 2);
-    QVERIFY(outcome.events.isEmpty());
-    QCOMPARE(outcome.errors.count('\n'), 1);
-}
-
-void tst_Player::eventFields()
-{
-    const Outcome failed = play({u"--no-position"_s, u"splash"_s});
-    const QJsonObject failure = failed.first(u"splashAdDidFailed"_s);
-    QCOMPARE(failure[u"domain"_s], u"ZNTSplashManager"_s);
-    QCOMPARE(failure[u"code"_s], -1001);
-    QCOMPARE(failure[u"description"_s], u"mediaId不能为空"_s);
-    QVERIFY(failure[u"ms"_s].toInt() > 0);
-
-    const Outcome tapped = play({u"--open-url"_s, u"fail-deeplink"_s, u"--at"_s, u"1:tap"_s,
-        u"--at"_s, u"1.2:quit"_s, u"splash"_s});
-    QCOMPARE(tapped.first(u"action"_s)[u"action"_s], u"tap"_s);
-    QCOMPARE(tapped.first(u"openUrl"_s)[u"opened"_s], false);
-    QCOMPARE(tapped.names().count(u"openUrl"_s), 2);
-    QCOMPARE(tapped.events.value(tapped.names().lastIndexOf(u"openUrl"_s))[u"opened"_s], true);
-}
-
-void tst_Player::dumps()
-{
-    QVERIFY(QDir(m_dir.path()).mkpath(u"out"_s));
-    play({u"--size"_s, u"320x568"_s, u"--bottom-view"_s, u"100"_s, u"--at"_s, u"0.2:alpha:0.5"_s,
-        u"--at"_s, u"0.3:move:10,20"_s, u"--at"_s, u"1:dump:"_s + path(u"out/splash.json"_s),
-        u"--at"_s, u"1.1:quit"_s, u"splash"_s});
-    const QJsonObject splash = read(path(u"out/splash.json"_s));
-    QCOMPARE(splash[u"size"_s], (QJsonArray{320, 568}));
-    const QJsonObject content = splash[u"children"_s][0].toObject();
-    QCOMPARE(content[u"opacity"_s], 0.5);
-    QCOMPARE(content[u"frame"_s], (QJsonArray{10, 20, 320, 568}));
-    const QJsonObject view = itemNamed(splash, u"splashAdView"_s);
-    QCOMPARE(view[u"type"_s], u"ZNTSplashImageAdView"_s);
-    QCOMPARE(view[u"frame"_s], (QJsonArray{0, 0, 320, 468}));
-    QCOMPARE(itemNamed(splash, u"bottomView"_s)[u"frame"_s], (QJsonArray{0, 468, 320, 100}));
-    const QJsonObject skip = itemNamed(view, u"skipButton"_s);
-    QCOMPARE(skip[u"type"_s], u"Button"_s);
-    QCOMPARE(skip[u"frame"_s], (QJsonArray{275, 15, 30, 30}));
-    QCOMPARE(skip[u"textColor"_s], u"#ffffffff"_s);
-    QCOMPARE(itemNamed(view, u"adLabel"_s)[u"visible"_s], false);
-    const QJsonObject picture = itemNamed(view, u"mainAdImageView"_s);
-    QCOMPARE(picture[u"hasImage"_s], true);
-    QCOMPARE(picture[u"contentMode"_s], u"aspectFit"_s);
-
-    play({u"--template-size"_s, u"300x150"_s, u"--at"_s, u"0.2:scroll:50"_s, u"--at"_s,
-        u"0.4:dump:"_s + path(u"out/feed.json"_s), u"--at"_s, u"0.5:quit"_s, u"feed"_s});
-    const QJsonObject feed = read(path(u"out/feed.json"_s));
-    QCOMPARE(itemNamed(feed, u"row2"_s)[u"frame"_s], (QJsonArray{0, 250, 300, 150}));
-    QCOMPARE(itemNamed(feed, u"row8"_s)[u"type"_s], u"ZNTTextRightImageAdView"_s);
-    QVERIFY(itemNamed(feed, u"row9"_s).isEmpty());
-    QVERIFY(!itemNamed(itemNamed(feed, u"row6"_s), u"imageViews[2]"_s).isEmpty());
-}
-
-void tst_Player::keepsEverythingInItsFolder()
-{
-    const QString folder = path(u"fresh"_s);
-    play({u"--data-dir"_s, folder, u"--set-default"_s, u"ZNTAds_FreqCtrlArg={\"a\":[1,true]}"_s,
-        u"--set-default"_s, u"mine=1"_s, u"--log"_s, u"on"_s, u"--at"_s,
-        u"1:defaults:"_s + path(u"defaults.json"_s), u"--at"_s, u"1.1:quit"_s, u"splash"_s});
-    const QJsonObject defaults = read(path(u"defaults.json"_s));
-    QCOMPARE(defaults[u"ZNTAds_FreqCtrlArg"_s].toObject()[u"a"_s], (QJsonArray{1, true}));
-    QCOMPARE(defaults[u"ZNTAds_EnableAdLog"_s], true);
-    QVERIFY(!defaults.contains(u"mine"_s));
-    QCOMPARE(QDir(folder + u"/Documents/Logs"_s).entryList(QDir::Files).size(), 1);
-    QVERIFY(QDir(folder + u"/tmp"_s).exists());
-}
-
-void tst_Player::tours()
-{
-    const Outcome outcome = play({u"--screenshots"_s, path(u"pictures"_s), u"tour"_s});
-    QCOMPARE(outcome.status, 0);
-    for (const QString &name :
-        {u"splash-image"_s, u"splash-shake"_s, u"splash-slide"_s, u"interstitial"_s, u"feed"_s}) {
-        const QImage picture(path(u"pictures/%1.png"_s.arg(name)));
-        QCOMPARE(picture.size(), QSize(375, 812));
-    }
-
-    QCOMPARE(play({u"--position"_s, u"refused"_s, u"tour"_s}).status, 1);
-}
 
 QTEST_GUILESS_MAIN(tst_Player)
 #include "tst_player.moc"

@@ -1,5 +1,5 @@
 #include "support/exchangetest.h"
-#include "support/loglines.h"
+#include "support/recorder.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTAdsSDK.h>
@@ -12,36 +12,25 @@ using namespace znt;
 
 namespace {
 
-// Writes down what it hears, and does what a test asks of it then.
-class Host : public QObject, public ZNTSplashDelegate
+class Host : public QObject, public ZNTSplashDelegate, public test::Recorder
 {
     Q_OBJECT
     Q_INTERFACES(ZNTSplashDelegate)
 
 public:
-    void splashAdDidLoad() override { heard("load"); }
+    void splashAdDidLoad() override { hear("load"); }
     void splashAdDidFailed(const ZNTError &error) override
     {
         errors.append(error);
-        heard("failed");
+        hear("failed");
     }
-    void splashAdDidVisible() override { heard("visible"); }
-    void handleAdClick() override { heard("click"); }
-    void splashAdDidCloseOtherController() override { heard("other"); }
-    void splashAdDidShowFinish() override { heard("finish"); }
-    void splashAdDidRender() override { heard("render"); }
+    void splashAdDidVisible() override { hear("visible"); }
+    void handleAdClick() override { hear("click"); }
+    void splashAdDidCloseOtherController() override { hear("other"); }
+    void splashAdDidShowFinish() override { hear("finish"); }
+    void splashAdDidRender() override { hear("render"); }
 
-    QStringList events;
     QList<ZNTError> errors;
-    std::function<void(const QString &event)> react;
-
-private:
-    void heard(const char *event)
-    {
-        events.append(QString::fromLatin1(event));
-        if (react)
-            react(events.constLast());
-    }
 };
 
 } // namespace
@@ -122,22 +111,22 @@ private slots:
     {
         Stage stage;
         stage.manager->setMediaId(QStringLiteral("splash"));
-        stage.host.react = [&stage](const QString &event) {
+        stage.host.then = [&stage](const QString &event) {
             if (event == u"load")
                 stage.manager->showSplashAdWithWindow(&stage.window);
         };
         stage.manager->loadAndShowSplashAdWithWindow(&stage.window);
-        QTRY_VERIFY(stage.host.events.contains(u"render"));
+        QTRY_VERIFY(stage.host.heard.contains(u"render"));
         QCOMPARE(stage.manager->remainingTime(), 5);
         QTRY_VERIFY(stage.manager->hasReportedExposure());
         QCOMPARE(hits("view"), 2);
 
         QTest::mouseClick(&stage.window, Qt::LeftButton, {}, {180, 600});
-        QTRY_VERIFY(stage.host.events.contains(u"other"));
+        QTRY_VERIFY(stage.host.heard.contains(u"other"));
         QTRY_COMPARE(hits("click"), 2);
         QTRY_COMPARE(hits("dp"), 2);
-        QTRY_VERIFY_WITH_TIMEOUT(stage.host.events.contains(u"finish"), 7000);
-        QCOMPARE(stage.host.events,
+        QTRY_VERIFY_WITH_TIMEOUT(stage.host.heard.contains(u"finish"), 7000);
+        QCOMPARE(stage.host.heard,
             QStringList({"load", "visible", "render", "click", "other", "finish"}));
         QVERIFY(!stage.manager->splashAdView());
         QVERIFY(!stage.manager->adData());
@@ -167,7 +156,7 @@ private slots:
         QVERIFY(stage.manager->handleAdResponse(answerWith("images", QJsonArray())));
         stage.manager->showSplashAdWithWindow(&stage.window);
         QVERIFY(failedWith(-1004, "广告图片数据为空"));
-        QVERIFY(!stage.host.events.contains(u"visible"));
+        QVERIFY(!stage.host.heard.contains(u"visible"));
     }
 
     void trackingListsOfAllForms()
@@ -190,28 +179,24 @@ private slots:
         QCOMPARE(manager.clickUrl3rd(), QJsonValue(QJsonArray()));
     }
 
-    void skipSendsFeedback_data()
-    {
-        QTest::addColumn<QJsonValue>("adId");
-        QTest::addColumn<int>("feedbacks");
-        QTest::newRow("id") << QJsonValue("ad-7") << 1;
-        QTest::newRow("empty") << QJsonValue("") << 0;
-        QTest::newRow("no text") << QJsonValue(7) << 0;
-    }
     void skipSendsFeedback()
     {
-        QFETCH(QJsonValue, adId);
-        QFETCH(int, feedbacks);
-        Stage stage;
-        QVERIFY(stage.shows(answerWith("adId", adId)));
-        QQuickItem *skip = stage.manager->splashAdView()->skipButton();
-        QTest::mouseClick(&stage.window, Qt::LeftButton, {}, skip->mapToScene({15, 15}).toPoint());
-        QTRY_VERIFY(stage.host.events.contains(u"finish"));
-        QVERIFY(!stage.host.events.contains(u"click"));
-        QTRY_COMPARE(exchange.requests(QStringLiteral("/s/negfb.do")).size(), feedbacks);
-        if (feedbacks)
-            QCOMPARE(exchange.requests(QStringLiteral("/s/negfb.do")).constLast().json()[u"bizId"],
-                adId);
+        for (const QJsonValue &adId : {QJsonValue("ad-7"), QJsonValue(""), QJsonValue(7)}) {
+            exchange.forgetRequests();
+            Stage stage;
+            QVERIFY(stage.shows(answerWith("adId", adId)));
+            QQuickItem *skip = stage.manager->splashAdView()->skipButton();
+            QTest::mouseClick(
+                &stage.window, Qt::LeftButton, {}, skip->mapToScene({15, 15}).toPoint());
+            QTRY_VERIFY(stage.host.heard.contains(u"finish"));
+            QVERIFY(!stage.host.heard.contains(u"click"));
+            const int feedbacks = adId == QJsonValue("ad-7") ? 1 : 0;
+            QTRY_COMPARE(exchange.requests(QStringLiteral("/s/negfb.do")).size(), feedbacks);
+            if (feedbacks)
+                QCOMPARE(
+                    exchange.requests(QStringLiteral("/s/negfb.do")).constLast().json()[u"bizId"],
+                    adId);
+        }
     }
 
     // What the configured ratio lets pass may still be refused for the fixed share, for good.
@@ -227,7 +212,7 @@ private slots:
         QTest::qWait(250);
         stage.manager->splashAdView()->setX(0);
         QTest::qWait(250);
-        QCOMPARE(stage.host.events, QStringList{"visible"});
+        QCOMPARE(stage.host.heard, QStringList{"visible"});
         QCOMPARE(hits("view"), 0);
     }
 
@@ -237,9 +222,9 @@ private slots:
         stage.window.contentItem()->setOpacity(0);
         QVERIFY(stage.shows(answer()));
         QTest::qWait(250);
-        QCOMPARE(stage.host.events, QStringList{"visible"});
+        QCOMPARE(stage.host.heard, QStringList{"visible"});
         stage.window.contentItem()->setOpacity(1);
-        QTRY_VERIFY_WITH_TIMEOUT(stage.host.events.contains(u"render"), 400);
+        QTRY_VERIFY_WITH_TIMEOUT(stage.host.heard.contains(u"render"), 400);
     }
 
     void bottomViewAndResize()
@@ -257,51 +242,42 @@ private slots:
         QCOMPARE(bottom.y(), 275);
         stage.manager->closeSplashAd();
         stage.manager->closeSplashAd();
-        QTRY_VERIFY(stage.host.events.contains(u"finish"));
+        QTRY_VERIFY(stage.host.heard.contains(u"finish"));
         QVERIFY(!bottom.parentItem());
-        QCOMPARE(stage.host.events.count(u"finish"), 1);
+        QCOMPARE(stage.host.heard.count(u"finish"), 1);
     }
 
-    void clickTargets_data()
-    {
-        QTest::addColumn<QString>("deepLink");
-        QTest::addColumn<QString>("webPage");
-        QTest::addColumn<bool>("opens");
-        QTest::addColumn<QStringList>("expected");
-        QTest::addColumn<bool>("tellsHost");
-        const QString app = QStringLiteral("zntdemo://x");
-        const QString web = QStringLiteral("https://localhost/x");
-        QTest::newRow("deep link") << app << web << true << QStringList{app} << true;
-        QTest::newRow("fallback") << app << web << false << QStringList{app, web} << true;
-        QTest::newRow("no fallback") << app << QString() << false << QStringList{app} << true;
-        QTest::newRow("web page") << QString() << web << true << QStringList{web} << true;
-        QTest::newRow("none") << QString() << QString() << true << QStringList() << false;
-        for (const char *local : {"file:///etc/passwd", "FILE:///etc/passwd", "qrc:/x",
-                 "/etc/passwd", "//host/share", "C:/x", "javascript:alert(1)", "data:text/html,x"})
-            QTest::newRow(local) << QString::fromLatin1(local) << web << true << QStringList{web}
-                                 << true;
-    }
     void clickTargets()
     {
-        QFETCH(QString, deepLink);
-        QFETCH(QString, webPage);
-        QFETCH(QStringList, expected);
-        QFETCH(bool, tellsHost);
-        opens = *static_cast<bool *>(QTest::qData("opens", qMetaTypeId<bool>()));
-        Stage stage;
-        stage.manager->handleAdResponse(
-            answerWith("urlInfo", QJsonObject{{"deepLinkUrl", deepLink}, {"h5url", webPage}}));
-        stage.manager->handleAdClick();
-        QTest::qWait(20);
-        QCOMPARE(opened, expected);
-        QCOMPARE(stage.host.events.count(u"other"), tellsHost ? 1 : 0);
+        const QString app = QStringLiteral("zntdemo://x"),
+                      web = QStringLiteral("https://localhost/x");
+        const auto check = [this](const QString &deepLink, const QString &webPage, bool succeeds,
+                               const QStringList &expected) {
+            opened.clear();
+            opens = succeeds;
+            Stage stage;
+            stage.manager->handleAdResponse(
+                answerWith("urlInfo", QJsonObject{{"deepLinkUrl", deepLink}, {"h5url", webPage}}));
+            stage.manager->handleAdClick();
+            QTest::qWait(20);
+            QCOMPARE(opened, expected);
+            QCOMPARE(stage.host.heard.count(u"other"), expected.isEmpty() ? 0 : 1);
+        };
+        check(app, web, true, {app});
+        check(app, web, false, {app, web});
+        check(app, {}, false, {app});
+        check({}, web, true, {web});
+        check({}, {}, true, {});
+        for (const char *local : {"file:///etc/passwd", "FILE:///etc/passwd", "qrc:/x",
+                 "/etc/passwd", "//host/share", "C:/x", "javascript:alert(1)", "data:text/html,x"})
+            check(QString::fromLatin1(local), web, true, {web});
     }
 
     void whoDiesInBetweenIsNotCalled()
     {
         for (const char *moment : {"visible", "click", "render", "finish"}) {
             Stage stage;
-            stage.host.react = [&](const QString &event) {
+            stage.host.then = [&](const QString &event) {
                 if (event == QLatin1String(moment))
                     stage.manager.reset();
             };
@@ -321,7 +297,7 @@ private slots:
         window.reset();
         QVERIFY(!stage.manager->splashAdView());
         stage.manager->closeSplashAd(); // the host still hears of the end
-        QTRY_VERIFY(stage.host.events.contains(u"finish"));
+        QTRY_VERIFY(stage.host.heard.contains(u"finish"));
 
         auto host = std::make_unique<Host>();
         stage.manager->setDelegate(host.get());

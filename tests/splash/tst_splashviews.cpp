@@ -1,5 +1,7 @@
 #include "splash/creatives.h"
 
+#include "support/frames.h"
+#include "support/pictures.h"
 #include "support/safearea.h"
 
 #include <QSignalSpy>
@@ -12,15 +14,11 @@ namespace {
 
 const QString pictureTip = QStringLiteral("点击跳转详情页或第三方应用");
 
-QByteArray png(const QColor &color, const QSize &size = {30, 20})
+QByteArray png(const QColor &color)
 {
-    QImage image(size, QImage::Format_RGB32);
+    QImage image(30, 20, QImage::Format_RGB32);
     image.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "png");
-    return bytes;
+    return written(image);
 }
 
 } // namespace
@@ -71,38 +69,24 @@ private slots:
 
         const QMarginsF notch(0, 47, 0, 34);
         QTest::newRow("image") << int(Image) << QSize(375, 812) << QMarginsF() << R"(
-            containerView 0 0 375 812
-            blurBackgroundView 0 0 375 812
-            adImageView 0 0 375 812
-            mainAdImageView 37.5 266 300 180
-            adContentLabel 37.5 466 300 40
-            viewDetailsLabel 37.5 514 300 20
-            skipButton 330 15 30 30
-            actionTipLabel 87.5 722 200 40
-            actionButton 0 712 375 100
-            logoImageView 327 782 36 18
-            adLabel 327 782 36 18)";
+            containerView 0 0 375 812 blurBackgroundView 0 0 375 812 adImageView 0 0 375 812
+            mainAdImageView 37.5 266 300 180 adContentLabel 37.5 466 300 40
+            viewDetailsLabel 37.5 514 300 20 skipButton 330 15 30 30
+            actionTipLabel 87.5 722 200 40 actionButton 0 712 375 100
+            logoImageView 327 782 36 18 adLabel 327 782 36 18)";
         QTest::newRow("image, small") << int(Image) << QSize(320, 568) << notch << R"(
-            mainAdImageView 32 157.2 256 153.6
-            skipButton 275 62 30 30
-            actionTipLabel 60 478 200 40
-            adLabel 272 504 36 18)";
+            mainAdImageView 32 157.2 256 153.6 skipButton 275 62 30 30
+            actionTipLabel 60 478 200 40 adLabel 272 504 36 18)";
         QTest::newRow("shake") << int(Shake) << QSize(375, 812) << notch << R"(
-            mainAdImageView 37.5 266 300 180
-            skipButton 330 62 30 30
-            shakeHintView 47.5 672 280 60
-            shakeHintLabel 102.5 682 210 40)";
+            mainAdImageView 37.5 266 300 180 skipButton 330 62 30 30
+            shakeHintView 47.5 672 280 60 shakeHintLabel 102.5 682 210 40)";
         // The direction picture is 100 by 100 points, the arc 375 by 90.
         QTest::newRow("slide") << int(Slide) << QSize(375, 812) << QMarginsF() << R"(
-            bgImageView 0 767 375 90
-            slideHintView 87.5 717 200 50
-            slideHintTopLabel 87.5 718.5 200 22
-            slideHintBottomLabel 87.5 743.5 200 22
-            slideIndicatorContainer 137.5 544.04 100 100
-            slideIconView 137.5 544.04 100 100)";
+            bgImageView 0 767 375 90 slideHintView 87.5 717 200 50
+            slideHintTopLabel 87.5 718.5 200 22 slideHintBottomLabel 87.5 743.5 200 22
+            slideIndicatorContainer 137.5 544.04 100 100 slideIconView 137.5 544.04 100 100)";
         QTest::newRow("slide, large") << int(Slide) << QSize(750, 1000) << notch << R"(
-            bgImageView 0 876 750 180
-            slideHintView 275 871 200 50
+            bgImageView 0 876 750 180 slideHintView 275 871 200 50
             slideIndicatorContainer 325 670 100 100)";
     }
     void framesFollowSizeAndInsets()
@@ -117,14 +101,9 @@ private slots:
         scene.window.resize(size);
         scene.view->setSize(size);
         SafeArea::instance()->setInsets(insets);
-        for (const QString &line : frames.simplified().split(QRegularExpression(" (?=[a-zA-Z])"))) {
+        for (const QString &line : framesIn(frames)) {
             const QString name = line.section(u' ', 0, 0);
-            const QRectF frame = scene.frame(name);
-            const auto text = [](double value) { return QString::number(value, 'g', 6); };
-            QCOMPARE(QStringList({name, text(frame.x()), text(frame.y()), text(frame.width()),
-                                     text(frame.height())})
-                         .join(u' '),
-                line);
+            QCOMPARE(frameText(name, scene.frame(name)), line);
         }
     }
 
@@ -192,38 +171,26 @@ private slots:
         }
     }
 
-    void logoOrLabel_data()
-    {
-        QTest::addColumn<QString>("source");
-        QTest::addColumn<QString>("logo");
-        QTest::addColumn<QString>("label"); // null: hidden
-        QTest::addColumn<bool>("hasLogo");
-        QTest::newRow("neither") << ""
-                                 << ""
-                                 << "广告" << false;
-        QTest::newRow("source") << "Tea" << QString() << "Tea" << false;
-        QTest::newRow("logo") << "Tea" << url("/blue.png") << QString() << true;
-        QTest::newRow("logo that is gone") << "Tea" << url("/gone.png") << QString() << false;
-        QTest::newRow("logo that is a file") << "Tea"
-                                             << "file:///etc/passwd" << QString() << false;
-    }
     void logoOrLabel()
     {
-        QFETCH(QString, source);
-        QFETCH(QString, logo);
-        QFETCH(QString, label);
-        QFETCH(bool, hasLogo);
         Scene scene(Image);
-        scene.view->setupWithImageUrl(picture(), {}, {}, url(QStringLiteral("/blue.png")));
-        QTRY_VERIFY(scene.get("logoImageView", "hasImage").toBool());
-
-        scene.view->setupWithImageUrl(picture(), {}, source, logo);
-        QCOMPARE(scene.get("adLabel", "hidden").toBool(), label.isNull());
-        QCOMPARE(scene.get("logoImageView", "hidden").toBool(), !label.isNull());
-        if (!label.isNull())
-            QCOMPARE(scene.get("adLabel", "text"), label);
-        QTRY_VERIFY(!scene.view->isHidden());
-        QTRY_COMPARE(scene.get("logoImageView", "hasImage").toBool(), hasLogo);
+        const auto check = [&](const char *source, const QString &logo, const QString &label,
+                               bool hasLogo) { // no label: hidden
+            scene.view->setupWithImageUrl(picture(), {}, {}, url(QStringLiteral("/blue.png")));
+            QTRY_VERIFY(scene.get("logoImageView", "hasImage").toBool());
+            scene.view->setupWithImageUrl(picture(), {}, QString::fromLatin1(source), logo);
+            QCOMPARE(scene.get("adLabel", "hidden").toBool(), label.isNull());
+            QCOMPARE(scene.get("logoImageView", "hidden").toBool(), !label.isNull());
+            if (!label.isNull())
+                QCOMPARE(scene.get("adLabel", "text"), label);
+            QTRY_VERIFY(!scene.view->isHidden());
+            QTRY_COMPARE(scene.get("logoImageView", "hasImage").toBool(), hasLogo);
+        };
+        check("", QLatin1String(""), QStringLiteral("广告"), false);
+        check("Tea", {}, QStringLiteral("Tea"), false);
+        check("Tea", url(QStringLiteral("/blue.png")), {}, true);
+        check("Tea", url(QStringLiteral("/gone.png")), {}, false);
+        check("Tea", QStringLiteral("file:///etc/passwd"), {}, false);
     }
 
     void staysHiddenWithoutThePicture_data()
@@ -350,28 +317,23 @@ private slots:
         QCOMPARE(beneath->property("hits").toInt(), 0);
     }
 
-    void slideIsDecidedAtTheEnd_data()
-    {
-        QTest::addColumn<QPointF>("translation");
-        QTest::addColumn<QPointF>("velocity");
-        QTest::addColumn<int>("clicks");
-        QTest::newRow("left, far") << QPointF(-120, 0) << QPointF() << 1;
-        QTest::newRow("right, far") << QPointF(120, 0) << QPointF() << 1;
-        QTest::newRow("down, far") << QPointF(0, 120) << QPointF() << 1;
-        QTest::newRow("up, far") << QPointF(0, -120) << QPointF() << 0;
-        QTest::newRow("left, fast") << QPointF(-9, 0) << QPointF(-600, 0) << 1;
-        QTest::newRow("down, fast") << QPointF(0, 9) << QPointF(0, 900) << 1;
-        QTest::newRow("up, fast") << QPointF(0, -9) << QPointF(0, -900) << 0;
-        QTest::newRow("exactly at all limits") << QPointF(100, 100) << QPointF(500, 500) << 0;
-        QTest::newRow("both ways") << QPointF(200, 200) << QPointF(900, 900) << 1;
-    }
     void slideIsDecidedAtTheEnd()
     {
-        QFETCH(QPointF, translation);
-        QFETCH(QPointF, velocity);
-        Scene scene(Slide);
-        static_cast<ZNTSlideAdView *>(scene.view.data())->handlePanGesture(translation, velocity);
-        QTEST(scene.host.clicks, "clicks");
+        const auto isSlide = [](const QPointF &translation, const QPointF &velocity) {
+            Scene scene(Slide);
+            static_cast<ZNTSlideAdView *>(scene.view.data())
+                ->handlePanGesture(translation, velocity);
+            return scene.host.clicks == 1;
+        };
+        QVERIFY(isSlide({-120, 0}, {}));
+        QVERIFY(isSlide({120, 0}, {}));
+        QVERIFY(isSlide({0, 120}, {}));
+        QVERIFY(!isSlide({0, -120}, {}));
+        QVERIFY(isSlide({-9, 0}, {-600, 0}));
+        QVERIFY(isSlide({0, 9}, {0, 900}));
+        QVERIFY(!isSlide({0, -9}, {0, -900}));
+        QVERIFY(!isSlide({100, 100}, {500, 500})); // exactly at all limits
+        QVERIFY(isSlide({200, 200}, {900, 900}));
     }
 
     void dragsOfMouseAndTouch_data()

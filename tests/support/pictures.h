@@ -1,7 +1,8 @@
 // Pictures whose drawing can be checked.
 #pragma once
 
-#include <QImage>
+#include <QBuffer>
+#include <QImageWriter>
 
 namespace znt::test {
 
@@ -15,6 +16,17 @@ inline QImage twoHalves(const QSize &size)
             image.setPixelColor(x, y, Qt::blue);
     }
     return image;
+}
+
+inline QByteArray written(const QImage &image, const QByteArray &format = "png",
+    QImageIOHandler::Transformations transformation = QImageIOHandler::TransformationNone)
+{
+    QBuffer buffer;
+    QImageWriter writer(&buffer, format);
+    writer.setQuality(100);
+    writer.setTransformation(transformation);
+    writer.write(image);
+    return buffer.data();
 }
 
 } // namespace znt::test

@@ -43,37 +43,34 @@ private:
 private slots:
     void init() { test::failOnWarnings(); }
 
-    void contentModes_data()
-    {
-        QTest::addColumn<QByteArray>("mode");
-        QTest::addColumn<QColor>("top");    // above the middle of the left half
-        QTest::addColumn<QColor>("left");   // the middle of the left edge
-        QTest::addColumn<QColor>("beside"); // 30 to the left of the middle
-        const QColor red(Qt::red), white(Qt::white);
-        QTest::newRow("stretched") << QByteArray("scaleToFill") << red << red << red;
-        QTest::newRow("whole") << QByteArray("aspectFit") << white << red << red;
-        QTest::newRow("covering") << QByteArray("aspectFill") << red << red << red;
-        QTest::newRow("as it is") << QByteArray("center") << white << white << white;
-    }
     void contentModes()
     {
-        QFETCH(QByteArray, mode);
-        QFETCH(QColor, top);
-        QFETCH(QColor, left);
-        QFETCH(QColor, beside);
-        const auto window = windowWith(
-            "ImageView { x: 10; y: 10; width: 100; height: 100; contentMode: '" + mode + "' }");
-        auto *view = qobject_cast<ImageView *>(itemOf(window));
-        view->setImage(twoHalves({40, 20}));
-        QTRY_VERIFY(view->isReady());
-        const QImage shot = window->grabWindow();
-        QCOMPARE(shot.pixelColor(40, 15), top);
-        QCOMPARE(shot.pixelColor(12, 60), left);
-        QCOMPARE(shot.pixelColor(30, 60), beside);
-        QCOMPARE(shot.pixelColor(50, 60), QColor(Qt::red));
-        QCOMPARE(shot.pixelColor(70, 60), QColor(Qt::blue));
-        QCOMPARE(shot.pixelColor(60, 115), QColor(Qt::white)); // outside
-        QCOMPARE(view->naturalSize(), QSizeF(40, 20));
+        struct Case
+        {
+            const char *mode;
+            QColor top;    // above the middle of the left half
+            QColor left;   // the middle of the left edge
+            QColor beside; // 30 to the left of the middle
+        };
+        const QColor red(Qt::red), white(Qt::white);
+        for (const auto &[mode, top, left, beside] :
+            {Case{"scaleToFill", red, red, red}, {"aspectFit", white, red, red},
+                {"aspectFill", red, red, red}, {"center", white, white, white}}) {
+            const auto window = windowWith(QByteArray("ImageView { x: 10; y: 10; width: 100; "
+                                                      "height: 100; contentMode: '")
+                + mode + "' }");
+            auto *view = qobject_cast<ImageView *>(itemOf(window));
+            view->setImage(twoHalves({40, 20}));
+            QTRY_VERIFY(view->isReady());
+            const QImage shot = window->grabWindow();
+            QCOMPARE(shot.pixelColor(40, 15), top);
+            QCOMPARE(shot.pixelColor(12, 60), left);
+            QCOMPARE(shot.pixelColor(30, 60), beside);
+            QCOMPARE(shot.pixelColor(50, 60), red);
+            QCOMPARE(shot.pixelColor(70, 60), QColor(Qt::blue));
+            QCOMPARE(shot.pixelColor(60, 115), white); // outside
+            QCOMPARE(view->naturalSize(), QSizeF(40, 20));
+        }
     }
 
     void cornersAreRoundedAndSmooth()

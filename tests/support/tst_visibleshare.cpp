@@ -40,22 +40,6 @@ private:
     const QRgb m_color;
 };
 
-// The walk as Qt's own mapping has it.
-std::optional<double> mappedShare(const QQuickItem *item)
-{
-    QRectF part(QPointF(), item->size());
-    for (const QQuickItem *at = item; at->parentItem(); at = at->parentItem()) {
-        part = at->mapRectToItem(at->parentItem(), part);
-        if (at->parentItem()->clip())
-            part = part.intersected(QRectF(QPointF(), at->parentItem()->size()));
-        if (part.width() < 1e-9 || part.height() < 1e-9) // what rounding makes of nothing
-            return std::nullopt;
-    }
-    part = part.intersected(QRectF(QPointF(), item->window()->size()));
-    const double share = part.width() * part.height() / (item->width() * item->height()) * 100;
-    return share > 0 ? std::optional(share) : std::nullopt;
-}
-
 } // namespace
 
 class TestVisibleShare : public QObject
@@ -138,24 +122,6 @@ private slots:
             }
         }
         QVERIFY(seen > 3000 && seen < 20000); // the trees are of all kinds
-    }
-
-    void agreesWithQtAboutTurnedItems()
-    {
-        for (int i = 0; i < 300; ++i) {
-            Box root(window.contentItem(), QRectF(QPointF(), windowSize));
-            const Box *ad = randomTree(&root);
-            for (QQuickItem *at = ad->parentItem(); at != &root && at != root.parentItem();
-                 at = at->parentItem()) {
-                at->setVisible(true);
-                at->setOpacity(1);
-                at->setRotation(oneIn(2) ? between(-180, 180) : 0);
-            }
-            const double share = visibleShare(ad).value_or(0);
-            const double expected = mappedShare(ad).value_or(0);
-            QVERIFY2(qAbs(share - expected) < 1e-6,
-                qPrintable(QStringLiteral("tree %1: %2, not %3").arg(i).arg(share).arg(expected)));
-        }
     }
 
     void heedsTransformLists()
