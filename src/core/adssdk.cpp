@@ -11,8 +11,8 @@
 
 const double ZNTAdsVersionNumber = 1.0;
 const char *const ZNTAdsVersionString = "@(#)PROGRAM:ZNTAds  PROJECT:ZNTAds-1\n";
-const QString ZNTAdStyleXDT = QStringLiteral("XDT"); // clazy:exclude=non-pod-global-static
-const QString ZNTAdStyleOther = QStringLiteral("OTHER"); // clazy:exclude=non-pod-global-static
+const QString ZNTAdStyleXDT = QStringLiteral("XDT");
+const QString ZNTAdStyleOther = QStringLiteral("OTHER");
 
 namespace {
 
