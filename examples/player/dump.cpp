@@ -32,7 +32,7 @@ bool isPlain(const QQuickItem *item)
 
 QString typeOf(const QQuickItem *item)
 {
-    const QString viewType = item->property("viewType").toString();
+    QString viewType = item->property("viewType").toString();
     if (!viewType.isEmpty())
         return viewType;
     const QString className = QString::fromLatin1(item->metaObject()->className());
@@ -110,7 +110,7 @@ void appendTo(QJsonArray *siblings, const QQuickItem *item, const QPointF &offse
         siblings->append(describe(item, offset));
         return;
     }
-    for (const QJsonValue &child : children)
+    for (const auto &child : children)
         siblings->append(child);
 }
 

@@ -19,7 +19,7 @@ void FeedRun::show()
 {
     for (const ZNTFeedAdDataPtr &ad : m_manager.loadedAdDataArray())
         addRow(ad);
-    m_list->setProperty("contentHeight", m_rows.size() * m_options.templateSize.height());
+    m_list->setProperty("contentHeight", rowsHeight());
 }
 
 void FeedRun::addRow(const ZNTFeedAdDataPtr &ad)
@@ -29,7 +29,7 @@ void FeedRun::addRow(const ZNTFeedAdDataPtr &ad)
         return;
     view->setObjectName(u"row%1"_s.arg(m_rows.size()));
     view->setParent(m_screen.get());
-    view->setY(m_rows.size() * m_options.templateSize.height());
+    view->setY(rowsHeight());
     m_rows.append(view);
 
     if (auto *drawer = qobject_cast<ZNTNativeAdRenderProtocol *>(view))

@@ -34,6 +34,7 @@ public:
 
 private:
     void addRow(const ZNTFeedAdDataPtr &ad);
+    double rowsHeight() const { return double(m_rows.size()) * m_options.templateSize.height(); }
 
     ZNTFeedManager m_manager;
     const std::unique_ptr<QQuickItem> m_screen;

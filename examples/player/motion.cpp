@@ -14,7 +14,7 @@ namespace player {
 
 namespace {
 
-const QByteArray identifier = QByteArrayLiteral("zntads-player");
+constexpr char identifier[] = "zntads-player";
 constexpr double gravity = 9.8;                     // m/s²
 constexpr double shakes[] = {30, 0, -30, 0, 30, 0}; // m/s² to the side, rests in between
 constexpr int shakeInterval = 50;                   // milliseconds

@@ -82,7 +82,7 @@ QString readSize(const QString &value, QSizeF *size)
 QString readWindowSize(const QString &value, QSize *size)
 {
     QSizeF exact;
-    const QString wrong = readSize(value, &exact);
+    QString wrong = readSize(value, &exact);
     *size = exact.toSize();
     if (wrong.isEmpty() && QSizeF(*size) != exact)
         return expected("WxH in whole points");
@@ -114,7 +114,7 @@ QString readWhole(const QString &path, QByteArray *content)
 QString readAuthorities(const QString &path, QList<QSslCertificate> *authorities)
 {
     QByteArray pem;
-    const QString wrong = readWhole(path, &pem);
+    QString wrong = readWhole(path, &pem);
     if (!wrong.isEmpty())
         return wrong;
     *authorities = QSslCertificate::fromData(pem, QSsl::Pem);
@@ -124,7 +124,7 @@ QString readAuthorities(const QString &path, QList<QSslCertificate> *authorities
 QString readAnswer(const QString &path, std::optional<QJsonObject> *answer)
 {
     QByteArray json;
-    const QString wrong = readWhole(path, &json);
+    QString wrong = readWhole(path, &json);
     if (!wrong.isEmpty())
         return wrong;
     const QJsonDocument document = QJsonDocument::fromJson(json);
