@@ -47,9 +47,10 @@ private:
     // Taken out of the schedule meanwhile: a tick may add to it, and may run an event loop.
     void tick(std::map<qint64, std::vector<Run>>::node_type batch)
     {
+        VisibleShares shares;
         for (const Run &run : batch.mapped()) {
             if (const auto tick = run.lock())
-                (*tick)();
+                (*tick)(shares);
         }
         std::erase_if(batch.mapped(), [](const Run &run) { return run.expired(); });
         if (batch.mapped().empty())

@@ -1,7 +1,7 @@
 // The pulse of the visibility checks.
 #pragma once
 
-#include <ZNTAds/ZNTAdsGlobal.h>
+#include "support/visibleshare.h"
 
 #include <QtGlobal>
 
@@ -15,7 +15,8 @@ namespace znt {
 class ZNTADS_INTERNAL VisibilityTimer
 {
 public:
-    using Tick = std::function<void()>;
+    // Gets what the ticks of one wake-up share.
+    using Tick = std::function<void(VisibleShares &shares)>;
 
     // The tick may stop the timer and destroy it.
     explicit VisibilityTimer(Tick tick)

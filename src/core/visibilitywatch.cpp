@@ -8,10 +8,13 @@
 
 namespace znt {
 
-bool isSeen(const QQuickItem *item)
+bool isSeen(const QQuickItem *item, VisibleShares &shares)
 {
-    const std::optional<double> share = visibleShare(item);
-    return share && *share >= ZNTAdsManager::sharedInstance()->currentExposureRatio();
+    const std::optional<double> share = shares.of(item);
+    const bool seen = share && *share >= ZNTAdsManager::sharedInstance()->currentExposureRatio();
+    if (seen)
+        shares.forget();
+    return seen;
 }
 
 VisibilityWatch::VisibilityWatch(QObject *parent)
@@ -25,14 +28,14 @@ void VisibilityWatch::start(std::function<QQuickItem *()> item)
     m_timer.start();
 }
 
-void VisibilityWatch::tick()
+void VisibilityWatch::tick(VisibleShares &shares)
 {
     const QQuickItem *item = m_item();
     if (!item || !item->window()) {
         stop();
         return;
     }
-    if (!isSeen(item))
+    if (!isSeen(item, shares))
         return;
     stop();
     Q_EMIT seen();

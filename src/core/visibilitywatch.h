@@ -11,8 +11,9 @@ class QQuickItem;
 
 namespace znt {
 
-// Whether the item's visible share has reached the exposure ratio.
-ZNTADS_INTERNAL bool isSeen(const QQuickItem *item);
+// Whether the item's visible share has reached the exposure ratio. If so, whoever hears of it may
+// move things, and the moment is over.
+bool isSeen(const QQuickItem *item, VisibleShares &shares);
 
 // Looks ten times a second at an item until it is seen.
 class ZNTADS_INTERNAL VisibilityWatch : public QObject
@@ -32,9 +33,9 @@ Q_SIGNALS:
     void seen();
 
 private:
-    void tick();
+    void tick(VisibleShares &shares);
 
-    VisibilityTimer m_timer{[this] { tick(); }};
+    VisibilityTimer m_timer{[this](VisibleShares &shares) { tick(shares); }};
     std::function<QQuickItem *()> m_item;
 };
 

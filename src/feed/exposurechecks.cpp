@@ -11,7 +11,7 @@ ExposureChecks::Check::Check(
     ExposureChecks *checks, QQuickItem *watched, const ZNTFeedAdDataPtr &adData)
     : view(watched)
     , record(adData)
-    , timer([this, checks] { checks->tick(this); })
+    , timer([this, checks](VisibleShares &shares) { checks->tick(this, shares); })
 {
     timer.start();
 }
@@ -39,21 +39,24 @@ void ExposureChecks::forget()
     m_reportedAdIds.clear();
 }
 
-void ExposureChecks::tick(const Check *check)
+void ExposureChecks::tick(const Check *check, VisibleShares &shares)
 {
     const QQuickItem *view = check->view;
     if (!view) {
         remove(check);
         return;
     }
-    const ZNTFeedAdDataPtr record = check->record;
-    const bool isReported = m_reportedAdIds.contains(record->adId());
-    if (!isReported && view->window()) {
-        if (!isSeen(view))
+    if (!isReported(*check->record) && view->window()) {
+        if (!isSeen(view, shares))
             return;
-        report(*record);
+        report(*check->record);
     }
-    stop(record);
+    stop(ZNTFeedAdDataPtr(check->record)); // the check goes with its own
+}
+
+bool ExposureChecks::isReported(const ZNTFeedAdData &record) const
+{
+    return !m_reportedAdIds.isEmpty() && m_reportedAdIds.contains(record.adId());
 }
 
 void ExposureChecks::remove(const Check *check)

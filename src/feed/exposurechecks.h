@@ -41,7 +41,8 @@ private:
         VisibilityTimer timer;
     };
 
-    void tick(const Check *check);
+    void tick(const Check *check, VisibleShares &shares);
+    bool isReported(const ZNTFeedAdData &record) const;
     void remove(const Check *check);
     void report(const ZNTFeedAdData &record);
 

@@ -69,10 +69,33 @@ QRectF inParent(const QQuickItem *item, const QRectF &part)
     return scaledAndRotated(item).mapRect(part);
 }
 
+// The items from `first` up to `end`, which is not among them.
+VisibleShares::Run runFrom(const QQuickItem *first, const QQuickItem *end)
+{
+    VisibleShares::Run run;
+    run.first = first;
+    const QQuickItem *at = first;
+    while (at && at != end && !run.turned && !run.isClear) {
+        run.isClear = at->opacity() == 0;
+        if (at->clip()) {
+            const QRectF bounds = boundsOf(at).translated(-run.offset);
+            run.clip = run.clip ? run.clip->intersected(bounds) : bounds;
+        }
+        if (onlyMoves(at))
+            run.offset += at->position();
+        else
+            run.turned = at;
+        at = at->parentItem();
+    }
+    run.next = at;
+    return run;
+}
+
 bool showsNothing(const QWindow *window)
 {
-    return !window->isVisible() || window->opacity() == 0
-        || window->windowStates().testFlag(Qt::WindowMinimized);
+    const QWindow::Visibility visibility = window->visibility();
+    return visibility == QWindow::Hidden || visibility == QWindow::Minimized
+        || window->opacity() == 0;
 }
 
 // The window in which people see what `window` draws; not the same inside a widget.
@@ -94,30 +117,33 @@ std::optional<double> percentage(const QRectF &part, const QQuickItem *item)
 
 } // namespace
 
-std::optional<double> visibleShare(const QQuickItem *item)
+std::optional<double> VisibleShares::of(const QQuickItem *item)
 {
     // An item's visibility knows the ancestors', its opacity does not.
     if (!item || !item->window() || !item->isVisible() || showsNothing(shownWindow(item->window())))
         return {};
+    const QQuickItem *parent = item->parentItem();
+    const QQuickItem *grandparent = parent ? parent->parentItem() : nullptr;
+    if (grandparent && grandparent != m_shared.first)
+        m_shared = runFrom(grandparent, nullptr);
     QRectF part = boundsOf(item);
-    QPointF offset; // still to be added to the part
-    for (const QQuickItem *at = item; at; at = at->parentItem()) {
-        if (at->opacity() == 0)
+    for (const QQuickItem *at = item; at;) {
+        const Run &run = at == m_shared.first ? m_shared : runFrom(at, grandparent);
+        if (run.clip)
+            part = part.intersected(*run.clip);
+        if (run.isClear || part.isEmpty())
             return {};
-        if (at != item && at->clip()) {
-            part = part.translated(offset).intersected(boundsOf(at));
-            offset = {};
-            if (part.isEmpty())
-                return {};
-        }
-        if (onlyMoves(at)) {
-            offset += at->position();
-        } else {
-            part = inParent(at, part.translated(offset));
-            offset = {};
-        }
+        part.translate(run.offset);
+        if (run.turned)
+            part = inParent(run.turned, part);
+        at = run.next;
     }
-    return percentage(part.translated(offset), item);
+    return percentage(part, item);
+}
+
+std::optional<double> visibleShare(const QQuickItem *item)
+{
+    return VisibleShares().of(item);
 }
 
 std::optional<double> shareInWindow(const QQuickItem *item)

@@ -90,7 +90,7 @@ private:
     void twoTicks()
     {
         int ticks = 0;
-        VisibilityTimer timer([&ticks] { ++ticks; });
+        VisibilityTimer timer([&ticks](auto &) { ++ticks; });
         timer.start();
         QTRY_COMPARE_WITH_TIMEOUT(ticks, 2, 5000);
     }
@@ -228,8 +228,8 @@ private slots:
     {
         qint64 first = 0;
         QElapsedTimer clock;
-        VisibilityTimer timer([&] { first = first ? first : clock.nsecsElapsed(); });
-        VisibilityTimer other([&] { other.stop(); });
+        VisibilityTimer timer([&](auto &) { first = first ? first : clock.nsecsElapsed(); });
+        VisibilityTimer other([&](auto &) { other.stop(); });
         other.start();
         QTest::qWait(37); // with another one under way, out of step
         clock.start();

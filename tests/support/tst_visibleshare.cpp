@@ -139,6 +139,21 @@ private slots:
         QCOMPARE(visibleShare(item->childItems().first()), std::optional(50.0));
     }
 
+    void measuresNeighboursTogether()
+    {
+        for (int i = 0; i < 200; ++i) {
+            Box root(window.contentItem(), QRectF(QPointF(), windowSize));
+            VisibleShares shares;
+            QQuickItem *above = &root;
+            for (int k = 0; k < 12; ++k) {
+                const Box *ad = randomTree(above);
+                QCOMPARE(shares.of(ad), visibleShare(ad));
+                if (oneIn(2))
+                    above = ad->parentItem();
+            }
+        }
+    }
+
     void knowsWindowsAndEmptyItems()
     {
         QVERIFY(!visibleShare(nullptr));
