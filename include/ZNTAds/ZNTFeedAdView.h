@@ -14,11 +14,11 @@
 /// word of the arrival in a window.
 ///
 /// A template lays itself out in whatever size it is given, draws on a clear background, and can be
-/// put under any QQuickItem of any QQuickWindow. Its implicit height is the one that suits
-/// its width best. A tap anywhere but on the close button is one click, and so is Return, Enter or
-/// Space while the template has the keyboard focus; Escape stands for the close button. The
-/// delegate hears of taps, closes and arrivals on the next turn of the event loop, so it may
-/// destroy the template. Main thread only.
+/// put under any QQuickItem of any QQuickWindow. From the first setup, or from the first arrival in
+/// a window on, its implicit height is the one that suits its width best. A tap anywhere but on the
+/// close button is one click, and so is Return, Enter or Space while the template has the keyboard
+/// focus; Escape stands for the close button. The delegate hears of taps, closes and arrivals on
+/// the next turn of the event loop, so it may destroy the template. Main thread only.
 class ZNTADS_EXPORT ZNTFeedAdView : public QQuickItem, public ZNTNativeAdRenderProtocol
 {
     Q_OBJECT
@@ -87,6 +87,7 @@ protected:
 
 private:
     void load(const QString &url, QImage &image, void (ZNTFeedAdView::*changed)());
+    void createLooks();
     void takeImplicitSize();
     void tellArrival();
 

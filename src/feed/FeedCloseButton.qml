@@ -3,8 +3,6 @@ import ZNTAds
 
 // The round button that closes a feed ad.
 Button {
-    required property ZNTFeedAdView view
-
     objectName: "closeButton"
     width: 22
     height: 22
@@ -12,6 +10,5 @@ Button {
     fontSize: 16
     backgroundColor: "#4D000000"
     cornerRadius: 11
-    onClicked: view.closeRequested()
     Accessible.name: "关闭广告"
 }

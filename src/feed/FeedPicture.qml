@@ -3,11 +3,8 @@ import ZNTAds
 
 // A picture of a feed ad; grey until it has come.
 ImageView {
-    required property ZNTFeedAdView view
-
     clip: true
     contentMode: "aspectFill"
     cornerRadius: 4
     backgroundColor: "#F0F1F3"
-    image: view.picture
 }

@@ -3,13 +3,9 @@ import ZNTAds
 
 // Says whose ad it is, where no logo does.
 Label {
-    required property ZNTFeedAdView view
-
     width: 30
     height: 20
     clip: true
-    hidden: view.showsLogo
-    text: view.source
     fontSize: 10
     textColor: "white"
     backgroundColor: "#4D000000"

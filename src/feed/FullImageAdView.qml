@@ -9,42 +9,44 @@ FeedAdView {
     FeedPicture {
         id: adImageView
         objectName: "adImageView"
-        view: root.view
         x: 12
         y: titleLabel.y + titleLabel.height + 12
         width: root.width - 24
         height: root.height - (titleLabel.y + titleLabel.height) - 24
+        image: root.view.picture
 
         FeedSourceLabel {
             objectName: "adLabel"
-            view: root.view
             x: adImageView.width - 48
             y: adImageView.height - 30
             width: 36
             height: 18
+            hidden: root.view.showsLogo
+            text: root.view.source
         }
 
         FeedLogo {
-            view: root.view
             x: adImageView.width - 48
             y: adImageView.height - 30
             width: 36
             height: 18
+            hidden: !root.view.showsLogo
+            image: root.view.logo
         }
     }
 
     FeedTitle {
         id: titleLabel
-        view: root.view
         x: 12
         y: 12
         width: root.width - 124
         height: 44
+        text: root.view.title || "广告标题文本"
     }
 
     FeedCloseButton {
-        view: root.view
         x: root.width - 34
         y: 12
+        onClicked: root.view.closeRequested()
     }
 }

@@ -9,37 +9,39 @@ FeedAdView {
     FeedPicture {
         id: adImageView
         objectName: "adImageView"
-        view: root.view
         x: 12
         y: 0
         width: root.height - 12
         height: root.height
+        image: root.view.picture
 
         FeedSourceLabel {
             objectName: "adLabel"
-            view: root.view
             x: adImageView.width - 38
             y: adImageView.height - 28
+            hidden: root.view.showsLogo
+            text: root.view.source
         }
 
         FeedLogo {
-            view: root.view
             x: adImageView.width - 38
             y: adImageView.height - 28
+            hidden: !root.view.showsLogo
+            image: root.view.logo
         }
     }
 
     FeedTitle {
-        view: root.view
         x: root.height + 12
         y: 12
         width: root.width - root.height - 54
         height: root.height - 24
+        text: root.view.title || "广告标题文本"
     }
 
     FeedCloseButton {
-        view: root.view
         x: root.width - 34
         y: 12
+        onClicked: root.view.closeRequested()
     }
 }

@@ -9,32 +9,34 @@ FeedAdView {
     FeedPicture {
         id: adImageView
         objectName: "adImageView"
-        view: root.view
         x: 12
         y: 12
         width: root.width - 24
         height: 120
+        image: root.view.picture
 
         FeedSourceLabel {
             objectName: "adLabel"
-            view: root.view
             x: adImageView.width - 38
             y: adImageView.height - 28
+            hidden: root.view.showsLogo
+            text: root.view.source
         }
 
         FeedLogo {
-            view: root.view
             x: adImageView.width - 38
             y: adImageView.height - 28
+            hidden: !root.view.showsLogo
+            image: root.view.logo
         }
     }
 
     FeedTitle {
-        view: root.view
         x: 12
         y: adImageView.y + adImageView.height + 8
         width: root.width - 24
         height: 44
+        text: root.view.title || "广告标题文本"
     }
 
     Label {
@@ -44,9 +46,9 @@ FeedAdView {
     }
 
     FeedCloseButton {
-        view: root.view
         x: root.width - 34
         y: 12
+        onClicked: root.view.closeRequested()
     }
 
     Button {

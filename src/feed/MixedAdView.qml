@@ -8,34 +8,35 @@ FeedAdView {
 
     FeedTitle {
         id: titleLabel
-        view: root.view
         x: 15
         y: mainImageView.y + mainImageView.height + 15
         width: root.width - 30
         height: Math.min(implicitHeight, 40)
-        placeholder: "广告标题"
+        text: root.view.title || "广告标题"
     }
 
     FeedPicture {
         id: mainImageView
         objectName: "mainImageView"
-        view: root.view
         x: 15
         y: 15
         width: root.width - 30
         height: 150
+        image: root.view.picture
 
         FeedSourceLabel {
             objectName: "adLabel"
-            view: root.view
             x: mainImageView.width - 38
             y: mainImageView.height - 28
+            hidden: root.view.showsLogo
+            text: root.view.source
         }
 
         FeedLogo {
-            view: root.view
             x: mainImageView.width - 38
             y: mainImageView.height - 28
+            hidden: !root.view.showsLogo
+            image: root.view.logo
         }
     }
 
@@ -46,10 +47,10 @@ FeedAdView {
     }
 
     FeedCloseButton {
-        view: root.view
         x: root.width - 37.5
         y: 15
         width: 30
         height: 30
+        onClicked: root.view.closeRequested()
     }
 }

@@ -16,21 +16,23 @@ FeedAdView {
 
         FeedPicture {
             objectName: "adImageView"
-            view: root.view
             width: containerView.width
             height: containerView.height
+            image: root.view.picture
 
             FeedSourceLabel {
                 objectName: "adLabel"
-                view: root.view
                 x: 12
                 y: 12
+                hidden: root.view.showsLogo
+                text: root.view.source
             }
 
             FeedLogo {
-                view: root.view
                 x: 12
                 y: 12
+                hidden: !root.view.showsLogo
+                image: root.view.logo
             }
         }
 
@@ -42,15 +44,14 @@ FeedAdView {
             backgroundColor: "#80000000"
 
             FeedTitle {
-                view: root.view
                 x: 12
                 y: 12.5
                 width: root.width - 94
                 height: 20
-                placeholder: "广告标题"
                 textColor: "white"
                 fontSize: 15
                 lines: 1
+                text: root.view.title || "广告标题"
             }
 
             Button {
@@ -70,9 +71,9 @@ FeedAdView {
     }
 
     FeedCloseButton {
-        view: root.view
         x: root.width - 32
         y: 10
+        onClicked: root.view.closeRequested()
     }
 
     Label {

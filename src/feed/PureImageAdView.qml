@@ -9,29 +9,31 @@ FeedAdView {
     FeedPicture {
         id: adImageView
         objectName: "adImageView"
-        view: root.view
         x: 12
         y: 12
         width: root.width - 24
         height: root.height - 24
+        image: root.view.picture
 
         FeedSourceLabel {
             objectName: "adLabel"
-            view: root.view
             x: adImageView.width - 45
             y: adImageView.height - 35
+            hidden: root.view.showsLogo
+            text: root.view.source
         }
 
         FeedLogo {
-            view: root.view
             x: adImageView.width - 45
             y: adImageView.height - 35
+            hidden: !root.view.showsLogo
+            image: root.view.logo
         }
     }
 
     FeedCloseButton {
-        view: root.view
         x: root.width - 34
         y: 12
+        onClicked: root.view.closeRequested()
     }
 }

@@ -8,11 +8,11 @@ FeedAdView {
 
     FeedTitle {
         id: titleLabel
-        view: root.view
         x: 12
         y: 12
         width: root.width - 54
         height: 54
+        text: root.view.title || "广告标题文本"
     }
 
     View {
@@ -28,44 +28,46 @@ FeedAdView {
 
         FeedPicture {
             objectName: "imageViews[0]"
-            view: root.view
             width: imageContainer.pictureWidth
             height: imageContainer.height
+            image: root.view.picture
         }
 
         FeedPicture {
             objectName: "imageViews[1]"
-            view: root.view
             x: imageContainer.pictureWidth + 8
             width: imageContainer.pictureWidth
             height: imageContainer.height
+            image: root.view.picture
         }
 
         FeedPicture {
             objectName: "imageViews[2]"
-            view: root.view
             x: 2 * (imageContainer.pictureWidth + 8)
             width: imageContainer.pictureWidth
             height: imageContainer.height
+            image: root.view.picture
         }
 
         FeedSourceLabel {
             objectName: "sourceLabel"
-            view: root.view
             x: imageContainer.width - 38
             y: imageContainer.height - 28
+            hidden: root.view.showsLogo
+            text: root.view.source
         }
 
         FeedLogo {
-            view: root.view
             x: imageContainer.width - 38
             y: imageContainer.height - 28
+            hidden: !root.view.showsLogo
+            image: root.view.logo
         }
     }
 
     FeedCloseButton {
-        view: root.view
         x: root.width - 34
         y: 12
+        onClicked: root.view.closeRequested()
     }
 }

@@ -20,6 +20,7 @@ QString shortened(const QString &text)
 
 struct ZNTFeedAdView::Private
 {
+    QString looksName;
     ZNTDelegateRef<ZNTAdViewDelegate> delegate;
     QQuickItem *looks = nullptr;
     QString title;
@@ -35,21 +36,29 @@ ZNTFeedAdView::ZNTFeedAdView(const QString &looks, QQuickItem *parent)
     : QQuickItem(parent)
     , d(std::make_unique<Private>())
 {
+    d->looksName = looks;
     // Queued: the delegate may destroy the template, and must not do so inside an event that one of
     // its children is handling.
     connect(this, &ZNTFeedAdView::tapped, this, &ZNTFeedAdView::adViewTapped, Qt::QueuedConnection);
     connect(this, &ZNTFeedAdView::closeRequested, this, &ZNTFeedAdView::closeButtonClicked,
         Qt::QueuedConnection);
-    d->looks = znt::createLooks(this, looks);
-    if (!d->looks)
-        return;
-    connect(d->looks, &QQuickItem::implicitHeightChanged, this, &ZNTFeedAdView::takeImplicitSize);
-    takeImplicitSize();
 }
 
 ZNTFeedAdView::~ZNTFeedAdView()
 {
     delete d->looks; // while what they read is still there
+}
+
+// Not before there is something to see: by then size and texts are known, and are laid out once.
+void ZNTFeedAdView::createLooks()
+{
+    if (d->looks)
+        return;
+    d->looks = znt::createLooks(this, d->looksName);
+    if (!d->looks)
+        return;
+    connect(d->looks, &QQuickItem::implicitHeightChanged, this, &ZNTFeedAdView::takeImplicitSize);
+    takeImplicitSize();
 }
 
 void ZNTFeedAdView::setDelegate(const ZNTDelegateRef<ZNTAdViewDelegate> &delegate)
@@ -71,6 +80,7 @@ void ZNTFeedAdView::setupWithAdsData(const ZNTFeedAdDataPtr &adData)
     d->source = adData->source().isEmpty() ? QStringLiteral("广告") : shortened(adData->source());
     d->showsLogo = !adData->sourceLogo().isNull();
     Q_EMIT contentChanged();
+    createLooks();
     load(adData->imageUrls().value(0), d->picture, &ZNTFeedAdView::pictureChanged);
     load(adData->sourceLogo(), d->logo, &ZNTFeedAdView::logoChanged);
 }
@@ -147,8 +157,10 @@ void ZNTFeedAdView::takeImplicitSize()
 void ZNTFeedAdView::itemChange(ItemChange change, const ItemChangeData &data)
 {
     QQuickItem::itemChange(change, data);
-    if (change == ItemSceneChange && data.window)
-        QMetaObject::invokeMethod(this, &ZNTFeedAdView::tellArrival, Qt::QueuedConnection);
+    if (change != ItemSceneChange || !data.window)
+        return;
+    createLooks();
+    QMetaObject::invokeMethod(this, &ZNTFeedAdView::tellArrival, Qt::QueuedConnection);
 }
 
 void ZNTFeedAdView::keyPressEvent(QKeyEvent *event)

@@ -171,6 +171,7 @@ private slots:
             }
             view = create(style);
             view->resetHeight();
+            view->setParentItem(window.contentItem());
             QVERIFY(view->height() >= 100 && view->height() < 300);
         }
     }
