@@ -1,14 +1,9 @@
 #include <ZNTAds/ZNTInterstitialManager.h>
 
-#include "core/clicktarget.h"
-#include "core/negativefeedback.h"
+#include "core/loadedad.h"
 #include "core/notify.h"
-#include "core/tracking.h"
 #include "core/visibilitywatch.h"
 #include "diagnostics/log.h"
-#include "model/adanswer.h"
-#include "model/trackinglists.h"
-#include "support/json.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTInterstitialAd.h>
@@ -38,27 +33,23 @@ public:
     void fail(const ZNTError &error);
     void autoCloseLater();
     QQuickItem *viewToWatch() const;
-    void reportExposure();
-    void reportClick() const;
 
     ZNTInterstitialManager *const q;
     ZNTDelegateRef<ZNTInterstitialDelegate> delegate;
     QString mediaId;
     QPointer<QQuickItem> showAdController;
     double autoCloseTime = 0;
-    std::optional<QJsonObject> adData;
-    TrackingLists tracking;
+    LoadedAd ad;
     std::unique_ptr<ZNTInterstitialAd> interstitialAd;
     VisibilityWatch visibility;
     bool isLoading = false;
-    bool hasReportedExposure = false;
 };
 
 ZNTInterstitialManager::ZNTInterstitialManager(QObject *parent)
     : QObject(parent)
     , d(std::make_unique<Private>(this))
 {
-    connect(&d->visibility, &VisibilityWatch::seen, this, [this] { d->reportExposure(); });
+    connect(&d->visibility, &VisibilityWatch::seen, this, [this] { d->ad.reportExposure(); });
     logInfo("Initialized ZNTInterstitialManager with default values");
 }
 
@@ -109,13 +100,7 @@ void ZNTInterstitialManager::Private::loaded(const QJsonObject &response)
 
 bool ZNTInterstitialManager::handleAdResponse(const QJsonValue &response)
 {
-    const auto ads = adsOfAnswer(response);
-    if (!ads)
-        return false;
-    d->adData = ads->first().toObject();
-    readTrackingLists(d->tracking, *d->adData, ClickForm::OfView,
-        {.list = "Processed %1 dpEvent URLs", .single = "Converted single dpEvent URL to array"});
-    return true;
+    return d->ad.take(response);
 }
 
 void ZNTInterstitialManager::Private::fail(const ZNTError &error)
@@ -133,7 +118,7 @@ void ZNTInterstitialManager::Private::fail(const ZNTError &error)
 
 void ZNTInterstitialManager::showInterstitialAd()
 {
-    if (!d->adData || !d->showAdController) {
+    if (!d->ad.data() || !d->showAdController) {
         logError("Cannot show interstitial ad: missing ad data or view controller");
         d->fail(interstitialError(-1003, QStringLiteral("没有可用的广告数据或未设置展示控制器")));
         return;
@@ -142,7 +127,7 @@ void ZNTInterstitialManager::showInterstitialAd()
     d->visibility.stop();
     d->interstitialAd = std::make_unique<ZNTInterstitialAd>(d->mediaId);
     d->interstitialAd->setDelegate(this);
-    d->interstitialAd->setupWithAdData(d->adData);
+    d->interstitialAd->setupWithAdData(d->ad.data());
     d->interstitialAd->showFromViewController(d->showAdController);
     if (d->autoCloseTime > 0)
         d->autoCloseLater();
@@ -170,21 +155,7 @@ void ZNTInterstitialManager::interstitialAdDidVisible()
 
 QQuickItem *ZNTInterstitialManager::Private::viewToWatch() const
 {
-    return interstitialAd && !hasReportedExposure ? interstitialAd->adView() : nullptr;
-}
-
-void ZNTInterstitialManager::Private::reportExposure()
-{
-    if (hasReportedExposure)
-        return;
-    fireTracking(tracking.view,
-        {.opening = "Starting exposure reporting",
-            .name = "Exposure report",
-            .closing = "All exposure reports completed"},
-        [self = QPointer<ZNTInterstitialManager>(q)] {
-            if (self)
-                self->d->hasReportedExposure = true;
-        });
+    return interstitialAd && !ad.hasReportedExposure() ? interstitialAd->adView() : nullptr;
 }
 
 // Click
@@ -194,25 +165,12 @@ void ZNTInterstitialManager::interstitialAdDidClick()
     logInfo("Interstitial ad was clicked");
     if (!notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidClick))
         return;
-    const ClickTarget target = ClickTarget::of(d->adData.value_or(QJsonObject()));
-    logInfo("Click URLs - h5url: %1, deepLinkUrl: %2", target.webPage, target.deepLink);
-    openClickTarget(target, [self = QPointer<ZNTInterstitialManager>(this)] {
+    openClickTarget(d->ad.clickTarget(), [self = QPointer<ZNTInterstitialManager>(this)] {
         if (self)
             notify(self, self->d->delegate,
                 &ZNTInterstitialDelegate::interstitialAdDidCloseOtherController);
     });
-    d->reportClick();
-}
-
-void ZNTInterstitialManager::Private::reportClick() const
-{
-    fireTracking(tracking.click,
-        {.opening = "Starting click reporting",
-            .name = "Click report",
-            .closing = "All click reports completed",
-            .namesUrl = false});
-    fireTracking(
-        tracking.dpEvent, {.opening = "Starting dpEventUrls reporting", .name = "DpEvent report"});
+    d->ad.reportClick("All click reports completed");
 }
 
 // Close
@@ -221,9 +179,7 @@ void ZNTInterstitialManager::interstitialAdDidAutoClose(bool autoClose)
 {
     logInfo("Interstitial ad %1", QLatin1String(autoClose ? "auto-closed" : "closed manually"));
     d->visibility.stop();
-    const QString adId = json::string(d->adData.value_or(QJsonObject()).value(u"ad_id"));
-    if (!adId.isEmpty())
-        sendNegativeFeedback(adId);
+    d->ad.reportClose(QStringLiteral("ad_id"));
     notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidAutoClose, autoClose);
 }
 
@@ -285,7 +241,7 @@ bool ZNTInterstitialManager::isLoading() const
 
 bool ZNTInterstitialManager::hasReportedExposure() const
 {
-    return d->hasReportedExposure;
+    return d->ad.hasReportedExposure();
 }
 
 ZNTInterstitialAd *ZNTInterstitialManager::interstitialAd() const
@@ -295,20 +251,20 @@ ZNTInterstitialAd *ZNTInterstitialManager::interstitialAd() const
 
 std::optional<QJsonObject> ZNTInterstitialManager::adData() const
 {
-    return d->adData;
+    return d->ad.data();
 }
 
 QJsonArray ZNTInterstitialManager::viewUrl3rd() const
 {
-    return d->tracking.view;
+    return d->ad.tracking().view;
 }
 
 QJsonValue ZNTInterstitialManager::clickUrl3rd() const
 {
-    return d->tracking.click;
+    return d->ad.tracking().click;
 }
 
 QJsonArray ZNTInterstitialManager::dpEventUrls() const
 {
-    return d->tracking.dpEvent;
+    return d->ad.tracking().dpEvent;
 }
