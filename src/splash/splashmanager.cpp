@@ -1,13 +1,11 @@
 #include <ZNTAds/ZNTSplashManager.h>
 
-#include "core/clicktarget.h"
-#include "core/negativefeedback.h"
+#include "core/loadedad.h"
 #include "core/notify.h"
-#include "core/tracking.h"
 #include "core/visibilitywatch.h"
 #include "diagnostics/log.h"
 #include "model/adanswer.h"
-#include "model/trackinglists.h"
+#include "splash/splashscene.h"
 #include "support/countdown.h"
 #include "support/json.h"
 #include "support/viewengine.h"
@@ -18,14 +16,11 @@
 #include <ZNTAds/ZNTSlideAdView.h>
 #include <ZNTAds/ZNTSplashImageAdView.h>
 
-#include <QVariantAnimation>
-
 using namespace znt;
 
 namespace {
 
 constexpr qint64 shownSeconds = 5;
-constexpr int fadeMilliseconds = 300;
 // Beside the configured ratio, an exposure needs this much of the ad in its window.
 constexpr double reportableShare = 70;
 
@@ -39,12 +34,6 @@ QString looksOf(qint64 style)
     if (style == 2)
         return QStringLiteral("SlideAdView");
     return style == 1 ? QStringLiteral("ShakeAdView") : QStringLiteral("SplashImageAdView");
-}
-
-void raise(QQuickItem *item)
-{
-    for (const QQuickItem *sibling : item->parentItem()->childItems())
-        item->setZ(qMax(item->z(), sibling->z()));
 }
 
 } // namespace
@@ -61,20 +50,14 @@ public:
     void loaded(const QJsonObject &response);
     void fail(const ZNTError &error);
 
-    ZNTSplashAdView *createView(const QJsonObject &ad) const;
-    void putIntoWindow(ZNTSplashAdView *view);
-    void layOut();
-    void takeDown();
+    ZNTSplashAdView *createView(const QJsonObject &shown) const;
 
-    QQuickItem *viewToWatch() const { return hasReportedExposure ? nullptr : splashAdView; }
+    QQuickItem *viewToWatch() const { return ad.hasReportedExposure() ? nullptr : scene.view(); }
     void reportExposure();
-    void reportClick() const;
 
     void countdownTick(qint64 remaining);
     void updateSkipButtonTitle();
     void skipButtonClicked();
-    bool isFading() const { return fade.state() == QAbstractAnimation::Running; }
-    void fadeOut();
     void closed();
 
     ZNTSplashManager *const q;
@@ -83,17 +66,10 @@ public:
     qint64 adStyle = 0;
     bool portrait = false;
     QPointer<QQuickItem> showAdController;
-    QPointer<QQuickItem> bottomView;
-    QPointer<QQuickWindow> currentWindow;
-    QPointer<ZNTSplashAdView> splashAdView;
-    std::optional<QJsonObject> adData;
-    TrackingLists tracking;
+    LoadedAd ad;
+    SplashScene scene;
     VisibilityWatch visibility;
     Countdown countdown;
-    QVariantAnimation fade;
-    // A view was shown and not closed yet; the view itself may have died with its window.
-    bool isShowing = false;
-    bool hasReportedExposure = false;
 };
 
 ZNTSplashManager::ZNTSplashManager(QObject *parent)
@@ -103,29 +79,13 @@ ZNTSplashManager::ZNTSplashManager(QObject *parent)
     connect(&d->visibility, &VisibilityWatch::seen, this, [this] { d->reportExposure(); });
     connect(&d->countdown, &Countdown::ticked, this,
         [this](qint64 remaining) { d->countdownTick(remaining); });
-
-    d->fade.setStartValue(1.0);
-    d->fade.setEndValue(0.0);
-    d->fade.setDuration(fadeMilliseconds);
-    connect(&d->fade, &QVariantAnimation::valueChanged, this, [this](const QVariant &opacity) {
-        for (QQuickItem *item :
-            {static_cast<QQuickItem *>(d->splashAdView), d->bottomView.data()}) {
-            if (item)
-                item->setOpacity(opacity.toDouble());
-        }
-    });
-    connect(&d->fade, &QVariantAnimation::finished, this, [this] { d->closed(); });
+    connect(&d->scene, &SplashScene::skipped, this, [this] { d->skipButtonClicked(); });
+    connect(&d->scene, &SplashScene::closed, this, [this] { d->closed(); });
     logInfo("Initialized ZNTSplashManager with default values");
 }
 
 ZNTSplashManager::~ZNTSplashManager()
 {
-    // A view on screen stays there, as the window's own, and its skip button then removes it.
-    if (d->isFading() || !d->currentWindow)
-        d->takeDown();
-    else if (d->splashAdView)
-        connect(
-            d->splashAdView, &ZNTSplashAdView::skipClicked, d->splashAdView, &QObject::deleteLater);
     logInfo("ZNTSplashManager deallocated");
 }
 
@@ -133,8 +93,8 @@ ZNTSplashManager::~ZNTSplashManager()
 
 void ZNTSplashManager::loadAndShowSplashAdWithWindow(QQuickWindow *window)
 {
+    Q_UNUSED(window) // the one that matters comes with the show
     logInfo("Starting to load and show splash ad");
-    d->currentWindow = window;
     d->load();
 }
 
@@ -177,14 +137,7 @@ void ZNTSplashManager::Private::loaded(const QJsonObject &response)
 
 bool ZNTSplashManager::handleAdResponse(const QJsonValue &response)
 {
-    const auto ads = adsOfAnswer(response);
-    if (!ads)
-        return false;
-    const QJsonObject ad = ads->first().toObject();
-    readTrackingLists(d->tracking, ad, ClickForm::OfView,
-        {.list = "Processed %1 dpEvent URLs", .single = "Converted single dpEvent URL to array"});
-    d->adData = ad;
-    return true;
+    return d->ad.take(response);
 }
 
 void ZNTSplashManager::Private::fail(const ZNTError &error)
@@ -200,25 +153,23 @@ void ZNTSplashManager::Private::fail(const ZNTError &error)
 
 void ZNTSplashManager::showSplashAdWithWindow(QQuickWindow *window)
 {
-    if (!d->adData) {
+    const std::optional<QJsonObject> ad = d->ad.data();
+    if (!ad) {
         logError("Cannot show splash ad: no ad data available");
         d->fail(splashError(-1003, QStringLiteral("没有可用的广告数据")));
         return;
     }
     logInfo("Starting to show splash ad");
-    if (d->adData->value(u"images").toArray().isEmpty()) {
-        d->currentWindow = window;
+    if (ad->value(u"images").toArray().isEmpty()) {
         logError("Cannot show splash ad: no image data available");
         d->fail(splashError(-1004, QStringLiteral("广告图片数据为空")));
         return;
     }
-    d->takeDown();
-    d->currentWindow = window;
-    d->splashAdView = d->createView(*d->adData);
-    d->putIntoWindow(d->splashAdView);
-    d->isShowing = true;
-    if (!notify(this, d->delegate, &ZNTSplashDelegate::splashAdDidVisible) || !d->isShowing
-        || d->isFading())
+    d->visibility.stop();
+    d->countdown.stop();
+    d->scene.show(d->createView(*ad), window);
+    if (!notify(this, d->delegate, &ZNTSplashDelegate::splashAdDidVisible) || !d->scene.isShown()
+        || d->scene.isFading())
         return;
     d->visibility.start([this] { return d->viewToWatch(); });
     d->countdown.start(shownSeconds);
@@ -226,15 +177,15 @@ void ZNTSplashManager::showSplashAdWithWindow(QQuickWindow *window)
     logInfo("Started countdown timer");
 }
 
-ZNTSplashAdView *ZNTSplashManager::Private::createView(const QJsonObject &ad) const
+ZNTSplashAdView *ZNTSplashManager::Private::createView(const QJsonObject &shown) const
 {
     logInfo("Creating splash ad view with style: %1", adStyle);
-    QString tip = randomText(ad, {QStringLiteral("TXT")});
+    QString tip = randomText(shown, {QStringLiteral("TXT")});
     if (tip.isNull())
         tip = QStringLiteral("点击查看详情");
-    const QJsonObject image = ad.value(u"images").toArray().first().toObject();
-    const QString source = json::string(ad.value(u"sourceName"));
-    const QString sourceLogo = json::string(ad.value(u"sourceLogo"));
+    const QJsonObject image = shown.value(u"images").toArray().first().toObject();
+    const QString source = json::string(shown.value(u"sourceName"));
+    const QString sourceLogo = json::string(shown.value(u"sourceLogo"));
     logInfo("source: %1, sourceLogo: %2", source, sourceLogo);
 
     ZNTSplashAdView *view = nullptr;
@@ -253,70 +204,13 @@ ZNTSplashAdView *ZNTSplashManager::Private::createView(const QJsonObject &ad) co
     return view;
 }
 
-void ZNTSplashManager::Private::putIntoWindow(ZNTSplashAdView *view)
-{
-    QObject::connect(view, &ZNTSplashAdView::skipClicked, q, [this] { skipButtonClicked(); });
-    if (!currentWindow)
-        return;
-    QQuickItem *content = currentWindow->contentItem();
-    layOut();
-    view->setParent(content);
-    view->setParentItem(content);
-    raise(view);
-    if (bottomView) {
-        bottomView->setParentItem(content);
-        raise(bottomView);
-    }
-    const auto follow = [this] { layOut(); };
-    QObject::connect(content, &QQuickItem::widthChanged, view, follow);
-    QObject::connect(content, &QQuickItem::heightChanged, view, follow);
-}
-
-// The ad fills the window but for the bottom view's strip, also after a resize.
-void ZNTSplashManager::Private::layOut()
-{
-    if (!splashAdView || !currentWindow)
-        return;
-    const QSizeF window = currentWindow->contentItem()->size();
-    const double strip = bottomView ? bottomView->height() : 0;
-    splashAdView->setSize({window.width(), window.height() - strip});
-    if (bottomView) {
-        bottomView->setPosition({0, window.height() - strip});
-        bottomView->setWidth(window.width());
-    }
-}
-
-// A second show replaces the first.
-void ZNTSplashManager::Private::takeDown()
-{
-    fade.stop();
-    visibility.stop();
-    countdown.stop();
-    if (splashAdView) {
-        splashAdView->setParentItem(nullptr);
-        splashAdView->deleteLater();
-    }
-    splashAdView = nullptr;
-    isShowing = false;
-}
-
 // Exposure
 
 void ZNTSplashManager::Private::reportExposure()
 {
-    if (hasReportedExposure || !splashAdView || !splashAdView->window())
+    if (!viewToWatch() || shareInWindow(scene.view()).value_or(0) < reportableShare)
         return;
-    if (shareInWindow(splashAdView).value_or(0) < reportableShare)
-        return;
-    const QPointer<ZNTSplashManager> self(q);
-    fireTracking(tracking.view,
-        {.opening = "Starting exposure reporting",
-            .name = "Exposure report",
-            .closing = "All exposure reports completed"},
-        [self] {
-            if (self)
-                self->d->hasReportedExposure = true;
-        });
+    ad.reportExposure();
     notify(q, delegate, &ZNTSplashDelegate::splashAdDidRender);
 }
 
@@ -325,23 +219,14 @@ void ZNTSplashManager::Private::reportExposure()
 void ZNTSplashManager::handleAdClick()
 {
     logInfo("Splash ad clicked");
-    const ClickTarget target = ClickTarget::of(d->adData.value_or(QJsonObject()));
-    logInfo("Click URLs - h5url: %1, deepLinkUrl: %2", target.webPage, target.deepLink);
+    const ClickTarget target = d->ad.clickTarget();
     if (!notify(this, d->delegate, &ZNTSplashDelegate::handleAdClick))
         return;
-    d->reportClick();
+    d->ad.reportClick();
     openClickTarget(target, [self = QPointer<ZNTSplashManager>(this)] {
         if (self)
             notify(self, self->d->delegate, &ZNTSplashDelegate::splashAdDidCloseOtherController);
     });
-}
-
-void ZNTSplashManager::Private::reportClick() const
-{
-    fireTracking(tracking.click,
-        {.opening = "Starting click reporting", .name = "Click report", .namesUrl = false});
-    fireTracking(
-        tracking.dpEvent, {.opening = "Starting dpEventUrls reporting", .name = "DpEvent report"});
 }
 
 // Countdown, skip and close
@@ -356,17 +241,15 @@ void ZNTSplashManager::Private::countdownTick(qint64 remaining)
 
 void ZNTSplashManager::Private::updateSkipButtonTitle()
 {
-    if (splashAdView)
-        splashAdView->updateSkipButtonWithTime(countdown.remaining());
+    if (scene.view())
+        scene.view()->updateSkipButtonWithTime(countdown.remaining());
 }
 
 void ZNTSplashManager::Private::skipButtonClicked()
 {
     logInfo("Skip button clicked");
     visibility.stop();
-    const QString adId = json::string(adData.value_or(QJsonObject()).value(u"adId"));
-    if (!adId.isEmpty())
-        sendNegativeFeedback(adId);
+    ad.reportClose(QStringLiteral("adId"));
     q->closeSplashAd();
 }
 
@@ -376,33 +259,15 @@ void ZNTSplashManager::closeSplashAd()
     d->countdown.stop();
     d->visibility.stop();
     d->countdown.setRemaining(0);
-    if (!d->isShowing) {
+    if (d->scene.isShown())
+        d->scene.fadeOut();
+    else
         logInfo("No splash ad view to close");
-        return;
-    }
-    if (!d->isFading())
-        d->fadeOut();
-}
-
-void ZNTSplashManager::Private::fadeOut()
-{
-    if (splashAdView)
-        splashAdView->setEnabled(false);
-    fade.start();
 }
 
 void ZNTSplashManager::Private::closed()
 {
-    takeDown();
-    if (bottomView) {
-        bottomView->setParentItem(nullptr);
-        bottomView->setOpacity(1);
-    }
-    bottomView = nullptr;
-    currentWindow = nullptr;
-    adData.reset();
-    tracking.view = {};
-    tracking.click = {};
+    ad.forget();
     if (notify(q, delegate, &ZNTSplashDelegate::splashAdDidShowFinish))
         logInfo("Splash ad closed and cleaned up completely");
 }
@@ -437,12 +302,12 @@ void ZNTSplashManager::setAdStyle(qint64 style)
 
 QQuickItem *ZNTSplashManager::bottomView() const
 {
-    return d->bottomView;
+    return d->scene.bottomView();
 }
 
 void ZNTSplashManager::setBottomView(QQuickItem *bottomView)
 {
-    d->bottomView = bottomView;
+    d->scene.setBottomView(bottomView);
 }
 
 QQuickItem *ZNTSplashManager::showAdController() const
@@ -467,27 +332,27 @@ void ZNTSplashManager::setPortrait(bool portrait)
 
 ZNTSplashAdView *ZNTSplashManager::splashAdView() const
 {
-    return d->splashAdView;
+    return d->scene.view();
 }
 
 std::optional<QJsonObject> ZNTSplashManager::adData() const
 {
-    return d->adData;
+    return d->ad.data();
 }
 
 QJsonArray ZNTSplashManager::viewUrl3rd() const
 {
-    return d->tracking.view;
+    return d->ad.tracking().view;
 }
 
 QJsonValue ZNTSplashManager::clickUrl3rd() const
 {
-    return d->tracking.click;
+    return d->ad.tracking().click;
 }
 
 QJsonArray ZNTSplashManager::dpEventUrls() const
 {
-    return d->tracking.dpEvent;
+    return d->ad.tracking().dpEvent;
 }
 
 qint64 ZNTSplashManager::remainingTime() const
@@ -497,5 +362,5 @@ qint64 ZNTSplashManager::remainingTime() const
 
 bool ZNTSplashManager::hasReportedExposure() const
 {
-    return d->hasReportedExposure;
+    return d->ad.hasReportedExposure();
 }

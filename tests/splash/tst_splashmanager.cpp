@@ -240,10 +240,14 @@ private slots:
         stage.window.resize(812, 375);
         QTRY_COMPARE(view->size(), QSizeF(812, 275));
         QCOMPARE(bottom.y(), 275);
+        bottom.setOpacity(0.5);
         stage.manager->closeSplashAd();
         stage.manager->closeSplashAd();
+        stage.manager->splashAdView()->handleAdClick(); // a shake while it fades
         QTRY_VERIFY(stage.host.heard.contains(u"finish"));
         QVERIFY(!bottom.parentItem());
+        QCOMPARE(bottom.opacity(), 0.5);
+        QVERIFY(!stage.host.heard.contains(u"click"));
         QCOMPARE(stage.host.heard.count(u"finish"), 1);
     }
 
@@ -286,6 +290,17 @@ private slots:
             if (stage.manager)
                 stage.manager->handleAdClick();
             QTRY_VERIFY_WITH_TIMEOUT(!stage.manager, 7000);
+        }
+
+        {
+            Stage stage;
+            QVERIFY(stage.shows(answer()));
+            const QPointer<QQuickItem> view = stage.manager->splashAdView();
+            stage.manager.reset(); // the ad stays, and follows the window by itself
+            stage.window.resize(812, 375);
+            QTRY_COMPARE(view->size(), QSizeF(812, 375));
+            QTest::keyClick(&stage.window, Qt::Key_Escape);
+            QTRY_VERIFY(!view);
         }
 
         Stage stage;
