@@ -23,10 +23,12 @@ bool isShown(const QQuickItem *item)
     return item->isVisible() || (parent && !parent->isVisible());
 }
 
-// Whether it makes no difference to what its children look like.
+// Whether it makes no difference to its children. Opacity does in the window's content alone, which
+// is the host's; in a helper it is a running animation.
 bool isPlain(const QQuickItem *item)
 {
-    return isShown(item) && item->opacity() == 1 && !item->clip() && item->rotation() == 0
+    const bool isOpaque = item->opacity() == 1 || item->parentItem();
+    return isShown(item) && isOpaque && !item->clip() && item->rotation() == 0
         && item->scale() == 1;
 }
 

@@ -194,14 +194,18 @@ private Q_SLOTS:
         QVERIFY(QDir(m_dir.path()).mkpath(u"out"_s));
         play({u"--size"_s, u"320x568"_s, u"--bottom-view"_s, u"100"_s, u"--at"_s,
             u"0.2:alpha:0.5"_s, u"--at"_s, u"0.3:move:10,20"_s, u"--at"_s,
-            u"1:dump:"_s + path(u"out/splash.json"_s), u"--at"_s, u"1.1:quit"_s, u"splash"_s});
+            u"1:dump:"_s + path(u"out/splash.json"_s), u"--at"_s, u"1.1:quit"_s, u"--style"_s,
+            u"2"_s, u"splash"_s});
         const QJsonObject splash = read(path(u"out/splash.json"_s));
         QCOMPARE(splash[u"size"_s], (QJsonArray{320, 568}));
         const QJsonObject content = splash[u"children"_s][0].toObject();
         QCOMPARE(content[u"opacity"_s], 0.5);
         QCOMPARE(content[u"frame"_s], (QJsonArray{10, 20, 320, 568}));
         const QJsonObject view = itemNamed(splash, u"splashAdView"_s);
-        QCOMPARE(view[u"type"_s], u"ZNTSplashImageAdView"_s);
+        QCOMPARE(view[u"type"_s], u"ZNTSlideAdView"_s);
+        for (const auto container = itemNamed(view, u"containerView"_s)[u"children"_s].toArray();
+             const auto &subview : container)
+            QVERIFY(!subview[u"name"_s].toString().isEmpty()); // nothing but what has a name
         QCOMPARE(view[u"frame"_s], (QJsonArray{0, 0, 320, 468}));
         QCOMPARE(itemNamed(splash, u"bottomView"_s)[u"frame"_s], (QJsonArray{0, 468, 320, 100}));
         QCOMPARE(itemNamed(view, u"skipButton"_s)[u"textColor"_s], u"#ffffffff"_s);
