@@ -2,17 +2,16 @@
 #include "support/exchangetest.h"
 #include "support/loglines.h"
 
-#include <QTest>
-
 #include <sys/utsname.h>
 
 #include <thread>
 
+using namespace znt::test;
 using sandbox::Answer;
 
 namespace {
 
-const QString path = QStringLiteral("/logs.do");
+const QString path = "/logs.do";
 
 ZNTLogManager *logger()
 {
@@ -28,7 +27,7 @@ class tst_errorreport : public QObject
 private slots:
     void init()
     {
-        znt::test::failOnWarnings();
+        failOnWarnings();
         QCoreApplication::setOrganizationDomain({});
         QCoreApplication::setApplicationVersion({});
         QGuiApplication::setApplicationDisplayName({});
@@ -42,7 +41,9 @@ private slots:
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("line");
         QTest::newRow("ok") << 200 << "INFO Error report sent successfully";
+        QTest::newRow("created") << 201 << "INFO Error report sent successfully";
         QTest::newRow("choices") << 300 << "ERROR Error report failed with status code: 300";
+        QTest::newRow("not found") << 404 << "ERROR Error report failed with status code: 404";
         QTest::newRow("dropped") << 0 << "ERROR Error sending error report: ";
     }
 
@@ -53,8 +54,8 @@ private slots:
         m_exchange.setAnswerAt(path,
             {.status = status,
                 .delivery = status ? Answer::Delivery::Whole : Answer::Delivery::Dropped});
-        znt::test::LogLines log;
-        logger()->logError(QStringLiteral("an error"));
+        LogLines log;
+        logger()->logError("an error");
 
         QStringList lines;
         QTRY_COMPARE_GE((lines += log.take()).size(), 2);
@@ -67,14 +68,13 @@ private slots:
 
     void tellsWhatIsKnown()
     {
-        QCoreApplication::setOrganizationDomain(QStringLiteral("com.example.shop"));
-        QCoreApplication::setApplicationVersion(QStringLiteral("2.5"));
-        QGuiApplication::setApplicationDisplayName(QStringLiteral("小店"));
-        logger()->setupWithAppId(QStringLiteral("app-7"), QStringLiteral("media-7"));
+        QCoreApplication::setOrganizationDomain("com.example.shop");
+        QCoreApplication::setApplicationVersion("2.5");
+        QGuiApplication::setApplicationDisplayName("小店");
+        logger()->setupWithAppId("app-7", "media-7");
         QCOMPARE(logger()->appId() + logger()->mediaId(), "app-7media-7");
         const qint64 before = QDateTime::currentMSecsSinceEpoch();
-        logger()->reportErrorWithSummary(
-            QStringLiteral("a \"summary\""), QStringLiteral("细节\n2"));
+        logger()->reportErrorWithSummary("a \"summary\"", "细节\n2");
         const qint64 after = QDateTime::currentMSecsSinceEpoch();
         QTest::qSleep(5); // the report's time is that of the call
         QVERIFY(m_exchange.waitForRequests(path, 1));
@@ -97,7 +97,7 @@ private slots:
             {"deviceBrand", "Apple"},
             {"osVersion", QSysInfo::productVersion()},
             {"kernelVersion", name.release},
-            {"screenResolution", QStringLiteral("%1x%2").arg(screen.width()).arg(screen.height())},
+            {"screenResolution", QString("%1x%2").arg(screen.width()).arg(screen.height())},
             {"languageSetting", QLocale::system().uiLanguages().constFirst()},
             {"timezone", QString::fromUtf8(QTimeZone::systemTimeZoneId())},
             {"networkStatus", "wifi"},
@@ -113,11 +113,11 @@ private slots:
 
     void leavesOutWhatIsMissing()
     {
-        logger()->reportErrorWithSummary(QStringLiteral(""), QString());
+        logger()->reportErrorWithSummary("", QString());
         const QJsonObject summaryOnly = nextReport();
         QCOMPARE(summaryOnly.value(u"errorSummary"), QJsonValue(""));
         for (const char *key : {"errorDetails", "appName", "appPackageName", "appVersion"})
-            QVERIFY2(!summaryOnly.contains(QLatin1String(key)), key);
+            QVERIFY2(!summaryOnly.contains(key), key);
 
         logger()->reportErrorWithSummary(QString(), QString());
         const QJsonObject factsOnly = nextReport();
@@ -144,12 +144,12 @@ private:
         return report;
     }
 
-    znt::test::TrustedExchange m_exchange;
+    TrustedExchange m_exchange;
 };
 
 int main(int argc, char **argv)
 {
-    logger()->logError(QStringLiteral("nobody is there to send it"));
+    logger()->logError("nobody is there to send it");
     const QGuiApplication application(argc, argv);
     tst_errorreport test;
     return QTest::qExec(&test, argc, argv);

@@ -1,11 +1,6 @@
 #include "diagnostics/log.h"
 #include "support/exchangetest.h"
 
-#include <QProcess>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
-
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -41,7 +36,7 @@ Export exportNow()
     std::binary_semaphore done(0); // not Qt's, which the thread sanitizer cannot see
     logger()->exportLogsWithCompletion([&](const auto &file, const auto &error) {
         result = {file ? file->toLocalFile() : QString(), error};
-        logger()->logInfo(QStringLiteral("a completion may log"));
+        logger()->logInfo("a completion may log");
         done.release();
     });
     done.acquire();
@@ -65,28 +60,27 @@ void logFromAllThreads()
 int runChild(const QByteArray &ending)
 {
     if (ending == "late")
-        std::atexit(
-            [] { logger()->logInfo(QStringLiteral("last")); }); // runs after the logger's own
+        std::atexit([] { logger()->logInfo("last"); }); // runs after the logger's own
     logger()->setLogEnabled(true);
     logFromAllThreads();
     if (ending == "fork") {
         const pid_t child = fork();
         if (child == 0) {
-            logger()->logInfo(QStringLiteral("never"));
+            logger()->logInfo("never");
             exit(0);
         }
         waitpid(child, nullptr, 0);
     }
     if (ending == "completion") {
         logger()->exportLogsWithCompletion([](const auto &, const auto &) { exit(0); });
-        logger()->logInfo(QStringLiteral("last"));
+        logger()->logInfo("last");
         pause();
     }
     if (ending != "late")
-        logger()->logInfo(QStringLiteral("last"));
+        logger()->logInfo("last");
     if (ending == "off") {
         logger()->setLogEnabled(false);
-        logger()->logInfo(QStringLiteral("never"));
+        logger()->logInfo("never");
     }
     return 0;
 }
@@ -106,7 +100,7 @@ private slots:
             qEnvironmentVariable("HOME") + "/Documents/Logs/"
                 + QDate::currentDate().toString(u"yyyy-MM-dd") + ".log");
         QVERIFY(!logger()->isEnabled());
-        logger()->logInfo(QStringLiteral("dropped"));
+        logger()->logInfo("dropped");
         logger()->flushLogBuffer();
         exportNow();
         QVERIFY(QFile::exists(path));
@@ -117,9 +111,9 @@ private slots:
     {
         const qint64 before = QDateTime::currentMSecsSinceEpoch();
         logger()->setLogEnabled(true);
-        logger()->logInfo(QStringLiteral("开屏 one\ntwo"));
+        logger()->logInfo("开屏 one\ntwo");
         logger()->logWarning(QString());
-        logger()->writeLog(QStringLiteral("%1"), QStringLiteral("ERROR"));
+        logger()->writeLog("%1", "ERROR");
         logger()->setEnabled(false);
         logger()->flushLogBuffer();
         exportNow();
@@ -168,7 +162,7 @@ private slots:
         QElapsedTimer timer;
         timer.start();
         logger()->setLogEnabled(true);
-        logger()->logInfo(QStringLiteral("waits"));
+        logger()->logInfo("waits");
         logger()->setLogEnabled(false);
         QTRY_VERIFY(QFileInfo(logger()->currentLogFilePath()).size() > before);
         QVERIFY2(timer.elapsed() >= 1'000, qPrintable(QString::number(timer.elapsed())));
@@ -243,7 +237,7 @@ private slots:
     {
         QCOMPARE(ZNTError("ZNTFeedManager", -3, "没有广告").toString(),
             "Error Domain=ZNTFeedManager Code=-3 \"没有广告\"");
-        QCOMPARE(znt::logLine("%1, %2", QString(), QStringLiteral("%1")), "(null), %1");
+        QCOMPARE(znt::logLine("%1, %2", QString(), "%1"), "(null), %1");
     }
 };
 

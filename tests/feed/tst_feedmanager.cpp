@@ -1,53 +1,26 @@
 #include "core/visibilitytimer.h"
-#include "support/exchangetest.h"
-#include "support/recorder.h"
+#include "support/host.h"
+#include "support/loglines.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
-#include <ZNTAds/ZNTAdsSDK.h>
 #include <ZNTAds/ZNTFeedAdView.h>
 #include <ZNTAds/ZNTFeedManager.h>
 
-#include <QElapsedTimer>
-#include <QQuickWindow>
-
 using namespace znt;
-
-namespace {
-
-class Host : public QObject, public ZNTFeedDelegate, public test::Recorder
-{
-    Q_OBJECT
-    Q_INTERFACES(ZNTFeedDelegate)
-
-public:
-    void feedAdDidLoad(const QList<ZNTFeedAdDataPtr> &ads) override
-    {
-        hear(QStringLiteral("load %1").arg(ads.size()));
-    }
-    void feedAdDidFail(const ZNTError &error) override
-    {
-        hear(QStringLiteral("fail %1 %2").arg(error.domain()).arg(error.code()));
-    }
-    void feedAdDidVisible() override { hear("visible"); }
-    void feedAdDidClick() override { hear("click"); }
-    void feedAdDidClose() override { hear("close"); }
-    void feedAdDidCloseOtherController() override { hear("other"); }
-};
-
-} // namespace
+using namespace znt::test;
 
 class TestFeedManager : public QObject
 {
     Q_OBJECT
 
 private:
-    test::TrustedExchange exchange;
+    TrustedExchange exchange;
+    HostApplication application;
     QQuickWindow window;
     Host host;
     std::unique_ptr<ZNTFeedManager> manager;
-    QStringList opened;
 
-    int hits(const char *path) const { return exchange.hits(QLatin1String(path)); }
+    int hits(const char *path) const { return exchange.hits(path); }
 
     // Ads "1" to `count`, each with trackers and targets of its own.
     QJsonObject answer(int count) const
@@ -98,13 +71,7 @@ private:
 private slots:
     void initTestCase()
     {
-        ZNTAdsSDK::registerWithAppId(
-            QStringLiteral("app"), QStringLiteral("media"), QStringLiteral("demo-secret"));
         ZNTAdsSDK::setLogEnabled(false);
-        ZNTAdsSDK::setUrlOpener([this](const QUrl &url) {
-            opened.append(url.toString());
-            return url.scheme() == u"https";
-        });
         window.resize(200, 200);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
@@ -112,9 +79,10 @@ private slots:
 
     void init()
     {
-        test::failOnWarnings();
+        failOnWarnings();
         manager = std::make_unique<ZNTFeedManager>();
         manager->setDelegate(&host);
+        application.opensDeepLinks = false;
         ZNTAdsManager::sharedInstance()->setExposureRatio(70);
     }
 
@@ -123,43 +91,43 @@ private slots:
         manager.reset();
         host.then = {};
         host.heard.clear();
-        opened.clear();
+        application.opened.clear();
         exchange.forgetRequests();
     }
 
     void loads()
     {
         manager->loadAdData();
-        QTRY_COMPARE(host.heard, QStringList{"fail ZNTFeedManager -1001"});
-        QVERIFY(exchange.requests(QStringLiteral("/s/req2.do")).isEmpty());
+        QCOMPARE(host.next(), "ZNTFeedManager -1001 mediaId不能为空");
+        QVERIFY(exchange.requests("/s/req2.do").isEmpty());
 
-        const auto loads = [this](const char *position, const QString &event) {
-            host.heard.clear();
-            manager->setMediaId(QLatin1String(position));
+        const auto load = [this](const char *position) {
+            manager->setMediaId(position);
             manager->loadAdData();
-            QTRY_COMPARE(host.heard.value(0), event);
+            return host.next();
         };
         manager->setAdCount(20);
-        loads("feed", "load 9");
+        QCOMPARE(load("feed"), "load 9");
         for (qint64 style = 0; style < 9; ++style)
             QCOMPARE(manager->loadedAdDataArray().at(style)->style(), style);
         QCOMPARE(manager->adData(), manager->loadedAdDataArray().last());
-        loads("no-ads", "fail ZNTFeedManager -1002");
+        QCOMPARE(load("no-ads"), "ZNTFeedManager -1002 广告数据解析失败");
         QCOMPARE(manager->loadedAdDataArray().size(), 9);
         manager->setAdCount(0);
-        loads("feed", "load 0");
+        QCOMPARE(load("feed"), "load 0");
         QVERIFY(manager->adData());
         manager->setAdCount(-1);
-        loads("nulls", "load 2");
-        loads("wrong-types-inside", "load 1");
-        loads("many", "load 10000");
-        manager->setMediaId(QLatin1String(""));
-        manager->loadAdData();
-        QVERIFY(exchange.waitForRequests(QStringLiteral("/s/req2.do"), 7));
+        QCOMPARE(load("nulls"), "load 2");
+        QCOMPARE(load("wrong-types-inside"), "load 1");
+        QCOMPARE(load("many"), "load 10000");
+        QCOMPARE(load("long-texts"), "load 1");
+        QCOMPARE(manager->adData()->title().size(), 100'000);
+        QCOMPARE(load(""), "ZNTAdsManager 500 Invalid ad data"); // sent as it is
 
         manager->loadAdData();
         manager.reset();
-        twoTicks(); // nobody is told
+        twoTicks();
+        QVERIFY(host.heard.isEmpty()); // nobody is told
     }
 
     void readsRecords()
@@ -190,7 +158,7 @@ private slots:
             QVERIFY(manager->handleAdResponse(answer(5)));
             QCOMPARE(manager->loadedAdDataArray().size(), kept);
         }
-        QCOMPARE(manager->adData()->adId(), QStringLiteral("5"));
+        QCOMPARE(manager->adData()->adId(), "5");
         QVERIFY(!manager->handleAdResponse(QJsonArray()));
     }
 
@@ -208,7 +176,7 @@ private slots:
         manager->registerAdForView(shown.get(), nullptr);
         manager->unregisterAdData(nullptr);
         QCOMPARE(manager->registeredViews().size(), 3);
-        QTRY_VERIFY(manager->reportedAdIds().contains(QStringLiteral("1")));
+        QTRY_VERIFY(manager->reportedAdIds().contains("1"));
         QVERIFY(!isChecking(records[0]) && isChecking(records[1]) && !isChecking(records[2]));
         QCOMPARE(hits("/t/view/1"), 1);
 
@@ -245,7 +213,7 @@ private slots:
         late->setSize({10, 10});
         manager->registerAdForView(late.get(), record);
         late->setParentItem(window.contentItem());
-        QTRY_VERIFY(manager->reportedAdIds().contains(QStringLiteral("1")));
+        QTRY_VERIFY(manager->reportedAdIds().contains("1"));
     }
 
     void letsItsLastRecordServeAllViews()
@@ -253,24 +221,21 @@ private slots:
         manager->adViewDidClick(); // without any ad
         manager->adViewDidClose();
         manager->adViewDidExposure(window.contentItem());
-        QCOMPARE(host.heard, QStringList({"click", "close", "visible"}));
-        QVERIFY(exchange.requests(QStringLiteral("/s/negfb.do")).isEmpty());
-        host.heard.clear();
+        QCOMPARE(std::exchange(host.heard, {}), QStringList({"click", "close", "visible"}));
+        QVERIFY(exchange.requests("/s/negfb.do").isEmpty());
 
         load(3);
         manager->adViewDidClick();
         QCOMPARE(host.heard, QStringList{"click"});
         QTRY_COMPARE(host.heard, QStringList({"click", "other"}));
-        QCOMPARE(
-            opened, QStringList({"app:3", exchange.url(QStringLiteral("/landing/3")).toString()}));
-        QVERIFY(exchange.waitForRequests(QStringLiteral("/t/click/3"), 1));
-        QVERIFY(exchange.waitForRequests(QStringLiteral("/t/dp/3"), 1));
+        QCOMPARE(application.opened, QStringList({"app:3", exchange.at("/landing/3")}));
+        QVERIFY(exchange.waitForRequests("/t/click/3", 1));
+        QVERIFY(exchange.waitForRequests("/t/dp/3", 1));
         QCOMPARE(hits("/t/click/1"), 0);
 
         manager->adViewDidClose();
-        QVERIFY(exchange.waitForRequests(QStringLiteral("/s/negfb.do"), 1));
-        QCOMPARE(exchange.requests(QStringLiteral("/s/negfb.do")).first().json()[u"bizId"],
-            QStringLiteral("3"));
+        QVERIFY(exchange.waitForRequests("/s/negfb.do", 1));
+        QCOMPARE(exchange.requests("/s/negfb.do").first().json()[u"bizId"], "3");
 
         const auto shown = view({0, 0, 10, 10});
         manager->adViewDidExposure(shown.get());
@@ -278,6 +243,37 @@ private slots:
         QVERIFY(isChecking(manager->adData()));
         QTRY_COMPARE(manager->reportedAdIds(), QSet<QString>{"3"});
         QCOMPARE(host.heard.mid(2), QStringList({"close", "visible", "visible"}));
+    }
+
+    void logsItsSteps()
+    {
+        LogLines log;
+        QVERIFY(manager->handleAdResponse(exchange.answer("bad-urls")));
+        QCOMPARE(log.take(),
+            QStringList({"INFO Processing 1 ads from response",
+                "INFO Processing ad 0 - Style: 3, Title: 第一口春天，来自云雾深处",
+                "INFO Processed 1 images for ad 0", "INFO Processing tracking information",
+                "INFO Processed 9 view URLs", "INFO Processed click URLs",
+                "INFO Processed dpEventUrls",
+                "INFO Processed URL info - h5url: file:///etc/hostname, "
+                "deepLinkUrl: javascript:alert(1)"}));
+        manager->adViewDidClick();
+        QStringList lines;
+        QTRY_COMPARE((lines += log.take()).filter(" reports completed").size(), 2);
+        QCOMPARE(lines.mid(0, 4),
+            QStringList({"INFO Feed ad clicked", "INFO Starting click reporting",
+                "INFO Starting dpEventUrls reporting", "INFO Attempting to open deep link"}));
+        QVERIFY(lines.contains("INFO Deep link failed, falling back to H5 URL"));
+        for (const QString list : {"Click", "DpEvent"}) {
+            QCOMPARE(lines.filter("ERROR " + list + " report failed[").size(), 7);
+            QVERIFY(lines.contains("INFO " + list + " report successful["
+                + exchange.at("/t/view/the-good-one") + "]"));
+        }
+        QVERIFY(lines.contains("INFO All click reports completed"));
+        QVERIFY(lines.contains("INFO All dpEventUrls reports completed"));
+        QCOMPARE(host.heard, QStringList({"click", "other"}));
+        QVERIFY(application.opened.isEmpty());
+        QCOMPARE(hits("/t/view/the-good-one"), 2);
     }
 
     void tearsDownInItsOrder()

@@ -1,11 +1,7 @@
-#include "support/dictionary.h"
+#include "support/test.h"
 
 #include <ZNTAds/ZNTAdModel.h>
 #include <ZNTAds/ZNTNativeAdModel.h>
-
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QTest>
 
 #include <limits>
 
@@ -48,12 +44,12 @@ void tst_models::adModelKeys()
     const auto with = [&](const QStringList &keys) {
         QJsonObject object = both;
         for (const QString &key : keys)
-            object.insert(key, QStringLiteral("id"));
+            object.insert(key, "id");
         return object;
     };
     const auto model = ZNTAdModel::modelWithDictionary(with({"adID", "adCate", "adBrand"}));
     QJsonObject written = model->toDictionary();
-    QCOMPARE(written.take(QStringLiteral("description")).toString(), model->description());
+    QCOMPARE(written.take("description").toString(), model->description());
     QCOMPARE(written, with({"ad_id", "ad_cate", "ad_brand"}));
     QVERIFY(ZNTAdModel::initWithDictionary(written)->adBrand().isNull());
 
@@ -63,9 +59,8 @@ void tst_models::adModelKeys()
     QCOMPARE(empty[u"type"], QJsonValue("unknown"));
     QCOMPARE(empty[u"width"], QJsonValue(0));
     QCOMPARE(empty[u"start_urls"], QJsonValue(QJsonArray()));
-    QVERIFY(QRegularExpression(QStringLiteral("^<ZNTAdModel: 0x[0-9a-f]+>$"))
-                .match(model->description())
-                .hasMatch());
+    QVERIFY(
+        QRegularExpression("^<ZNTAdModel: 0x[0-9a-f]+>$").match(model->description()).hasMatch());
 }
 
 void tst_models::adModelValidity()
@@ -75,7 +70,7 @@ void tst_models::adModelValidity()
     for (const auto &[type, key] : needs) {
         QJsonObject object{{"adID", 123}, {"creative_id", "c"}, {"type", type}, {key, "x"}};
         const auto model = ZNTAdModel::initWithDictionary(object);
-        QCOMPARE(model->adId(), QStringLiteral("123"));
+        QCOMPARE(model->adId(), "123");
         QCOMPARE(ZNTAdModel::stringFromCreativeType(model->type()), type);
         QVERIFY(model->isValid());
         for (const QString &left : QStringList{"adID", "creative_id", key}) {
@@ -114,14 +109,14 @@ void tst_models::nativeModel()
     const auto model = ZNTNativeAdModel::modelWithDictionary(full);
     ZNTNativeAdModel copy = *model;
     QCOMPARE(copy.toDictionary(), full);
-    copy.setTitle(QStringLiteral("other"));
-    QCOMPARE(model->title(), QStringLiteral("t"));
+    copy.setTitle("other");
+    QCOMPARE(model->title(), "t");
 
     const auto part = ZNTNativeAdModel::initWithDictionary(
         json(R"({"title": 7, "clickUrls": "one", "imageUrls": []})"));
     QCOMPARE(part->toDictionary(), json(R"({"title": "7", "imageUrls": []})"));
     QCOMPARE(part->description(),
-        QStringLiteral("<ZNTNativeAdModel: 0x%1> title: 7, advertiser: (null), imageUrl: (null)")
+        QString("<ZNTNativeAdModel: 0x%1> title: 7, advertiser: (null), imageUrl: (null)")
             .arg(quintptr(&*part), 0, 16));
 
     const auto valid = [](const char *text) {
@@ -167,7 +162,7 @@ void tst_models::fromQml()
         QUrl());
     const std::unique_ptr<QObject> object(component.create());
     QVERIFY2(object, qPrintable(component.errorString()));
-    QCOMPARE(object->property("summary").toString(), QStringLiteral("ty3"));
+    QCOMPARE(object->property("summary").toString(), "ty3");
     const auto ad = object->property("ad").value<ZNTAdModel>();
     QCOMPARE(ad.clickUrls(), QJsonArray{"a"});
     const auto native = object->property("nativeAd").value<ZNTNativeAdModel>();

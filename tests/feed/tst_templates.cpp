@@ -1,24 +1,16 @@
-#include "support/exchangetest.h"
 #include "support/frames.h"
-#include "support/recorder.h"
+#include "support/host.h"
 
 #include <ZNTAds/ZNTFeedAdView.h>
 #include <ZNTAds/ZNTFeedManager.h>
 #include <ZNTAds/ZNTMixedAdView.h>
 
-#include <QElapsedTimer>
-#include <QQuickWindow>
-#include <QSignalSpy>
-
-using namespace znt;
+using namespace znt::test;
 
 namespace {
 
-class Listener : public QObject, public ZNTAdViewDelegate, public test::Recorder
+class Listener : public QObject, public ZNTAdViewDelegate, public Recorder
 {
-    Q_OBJECT
-    Q_INTERFACES(ZNTAdViewDelegate)
-
 public:
     void adViewDidClick() override { hear("click"); }
     void adViewDidClose() override { hear("close"); }
@@ -49,7 +41,7 @@ class TestTemplates : public QObject
     Q_OBJECT
 
 private:
-    test::TrustedExchange exchange;
+    TrustedExchange exchange;
     QQuickWindow window;
     Listener listener;
     std::unique_ptr<ZNTFeedAdView> view;
@@ -61,18 +53,12 @@ private:
         result->setDelegate(&listener);
         return result;
     }
-    QQuickItem *part(const char *name) const
-    {
-        return view->findChild<QQuickItem *>(QLatin1String(name));
-    }
+    QQuickItem *part(const char *name) const { return view->findChild<QQuickItem *>(name); }
     QVariant of(const char *name, const char *property) const
     {
         return part(name) ? part(name)->property(property) : QVariant();
     }
-    QString picture(const char *file) const
-    {
-        return exchange.url(QLatin1String("/creatives/") + QLatin1String(file)).toString();
-    }
+    QString picture(const QString &file) const { return exchange.at("/creatives/" + file); }
     void tap(const char *name)
     {
         const QQuickItem *item = part(name);
@@ -89,7 +75,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&window));
     }
 
-    void init() { test::failOnWarnings(); }
+    void init() { failOnWarnings(); }
 
     void cleanup()
     {
@@ -118,8 +104,7 @@ private slots:
         QTest::addColumn<QSizeF>("size");
         QTest::addColumn<QString>("frames");
         const auto add = [](int style, const char *frames, const QSizeF &size = {375, 200}) {
-            QTest::addRow("%d, %g high", style, size.height())
-                << style << size << QString::fromLatin1(frames);
+            QTest::addRow("%d, %g high", style, size.height()) << style << size << frames;
         };
         add(0, "closeButton 341 12 22 22 adImageView 12 12 351 176 adLabel 306 141 30 20");
         add(1, R"(closeButton 341 12 22 22 adImageView 12 12 351 120
@@ -151,12 +136,11 @@ private slots:
         QFETCH(QString, frames);
         view = create(style, size);
         view->setupWithAdsData(record(QString(60, u'宽')));
-        for (const QString &line : test::framesIn(frames)) {
-            const QString name = line.section(u' ', 0, 0);
+        const auto frame = [this](const QString &name) {
             const QQuickItem *item = part(qPrintable(name));
-            QVERIFY2(item, qPrintable(name));
-            QCOMPARE(test::frameText(name, {item->position(), item->size()}), line);
-        }
+            return item ? QRectF(item->position(), item->size()) : QRectF();
+        };
+        QCOMPARE(framesNow(frames, frame), frames.simplified());
     }
 
     void fitsIntoAnySize()
@@ -166,7 +150,7 @@ private slots:
                 {QSizeF(0, 0), QSizeF(375, 1), QSizeF(1, 375), QSizeF(9e5, 2)}) {
                 view = create(style, size);
                 view->setParentItem(window.contentItem());
-                view->setupWithAdsData(record(QStringLiteral("t")));
+                view->setupWithAdsData(record("t"));
                 window.grabWindow();
             }
             view = create(style);
@@ -184,32 +168,29 @@ private slots:
             view->setupWithAdsData(nullptr);
             view->setupWithAdsData(record());
             if (style > 0)
-                QVERIFY(of("titleLabel", "text").toString().startsWith(QStringLiteral("广告标题")));
-            QCOMPARE(of(label, "text"), QStringLiteral("广告"));
+                QVERIFY(of("titleLabel", "text").toString().startsWith("广告标题"));
+            QCOMPARE(of(label, "text"), "广告");
             QVERIFY(part(label)->isVisible() && !part("logoImageView")->isVisible());
 
-            view->setupWithAdsData(
-                record(QStringLiteral("<b>x</b>"), {}, "Tea", QLatin1String("")));
+            view->setupWithAdsData(record("<b>x</b>", {}, "Tea", ""));
             if (style > 0)
-                QCOMPARE(of("titleLabel", "text"), QStringLiteral("<b>x</b>"));
-            QCOMPARE(of(label, "text"), QStringLiteral("Tea"));
+                QCOMPARE(of("titleLabel", "text"), "<b>x</b>");
+            QCOMPARE(of(label, "text"), "Tea");
             QVERIFY(!part(label)->isVisible() && part("logoImageView")->isVisible());
         }
     }
 
     void loadsThePictures()
     {
-        const QString slow = exchange.url(QStringLiteral("/slow.png")).toString();
-        exchange.setAnswerAt(
-            QStringLiteral("/slow.png"), {.status = 200, .delay = std::chrono::milliseconds(150)});
+        exchange.setAnswerAt("/slow.png", {.delay = std::chrono::milliseconds(150)});
         view = create(6);
-        view->setupWithAdsData(record({}, {slow}));
+        view->setupWithAdsData(record({}, {exchange.at("/slow.png")}));
         view->setupWithAdsData(record(
             {}, {picture("tea-wide.jpg"), picture("isle-wide.jpg")}, {}, picture("logo-tea.png")));
         QTRY_VERIFY(of("logoImageView", "hasImage").toBool());
         for (const char *name : {"imageViews[0]", "imageViews[1]", "imageViews[2]"})
             QTRY_VERIFY(of(name, "hasImage").toBool());
-        QCOMPARE(exchange.hits(QStringLiteral("/creatives/isle-wide.jpg")), 0);
+        QCOMPARE(exchange.hits("/creatives/isle-wide.jpg"), 0);
 
         view->setupWithAdsData(record({}, {"x"}, {}, "file:///etc/hostname"));
         QVERIFY(!of("imageViews[0]", "hasImage").toBool());

@@ -1,9 +1,6 @@
 #include "model/adanswer.h"
 #include "model/trackinglists.h"
-#include "support/dictionary.h"
 #include "support/loglines.h"
-
-#include <QTest>
 
 using namespace znt;
 using namespace znt::test;

@@ -1,8 +1,6 @@
-#include "support/dictionary.h"
+#include "support/test.h"
 
 #include <ZNTAds/ZNTAdsResponseFactory.h>
-
-#include <QTest>
 
 using namespace znt::test;
 
@@ -32,16 +30,15 @@ private slots:
     void adComesBackAsItWas()
     {
         QJsonObject sent = fullAd;
-        sent.insert(QStringLiteral("unknown"), 1);
+        sent.insert("unknown", 1);
         const ZNTAdInfo ad = ZNTAdInfo::initWithDictionary(sent);
         QCOMPARE(ad.toDictionary(), fullAd);
 
-        QCOMPARE(ad.adId(), QStringLiteral("a"));
+        QCOMPARE(ad.adId(), "a");
         QCOMPARE(ad.images()->first().height(), 1920);
         QCOMPARE(ad.texts()->size(), 2);
-        QCOMPARE(ad.urlInfo()->deepLinkUrl(), QStringLiteral("d"));
-        QCOMPARE(ad.appInfo()->appComplianceInfo()->permissionList()->first().value(),
-            QStringLiteral("v"));
+        QCOMPARE(ad.urlInfo()->deepLinkUrl(), "d");
+        QCOMPARE(ad.appInfo()->appComplianceInfo()->permissionList()->first().value(), "v");
     }
 
     void missingIsNotEmpty()

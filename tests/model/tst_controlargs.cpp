@@ -1,10 +1,7 @@
-#include "support/dictionary.h"
 #include "support/loglines.h"
 
 #include <ZNTAds/ZNTFreqCtrlArg.h>
 #include <ZNTAds/ZNTInteractionCtrlArg.h>
-
-#include <QTest>
 
 using namespace znt::test;
 
@@ -55,7 +52,7 @@ private slots:
         QCOMPARE(arg->toDictionary(), full);
         QCOMPARE(ZNTInteractionCtrlArg::initWithDictionary(arg->toDictionary()), arg);
         log.take();
-        QCOMPARE(ZNTInteractionCtrlArg::initWithDictionary(QStringLiteral("{}")), std::nullopt);
+        QCOMPARE(ZNTInteractionCtrlArg::initWithDictionary("{}"), std::nullopt);
         QCOMPARE(log.take(),
             QStringList{"ERROR Failed to initialize ZNTInteractionCtrlArg: invalid dictionary"});
     }

@@ -2,8 +2,6 @@
 
 #include <ZNTAds/ZNTTrackInfo.h>
 
-#include <QTest>
-
 #include <openssl/evp.h>
 
 class tst_pricemacro : public QObject
@@ -25,7 +23,7 @@ void tst_pricemacro::knownAnswers()
         {"1234567890123456", "6RUrKZ+wR1ymqlG7MSEhj8uAGqDdecuy70xAT7XkF6Y="},
         {"价格", "0oN+XN+Wbjgxwu8M68JdNQ=="}};
     for (const auto &[plain, cipher] : answers)
-        QCOMPARE(ZNTTrackInfo::aesEncrypt(plain, QStringLiteral("demo_aes_pwd")), cipher);
+        QCOMPARE(ZNTTrackInfo::aesEncrypt(plain, "demo_aes_pwd"), cipher);
     // Of a longer key, the first 16 bytes.
     QCOMPARE(ZNTTrackInfo::aesEncrypt("1.23", "0123456789abcdefXYZ"), "6/1bDH55/yV53WFRzSOstA==");
 }
@@ -33,14 +31,14 @@ void tst_pricemacro::knownAnswers()
 void tst_pricemacro::fillsTheMacro()
 {
     znt::test::LogLines log;
-    QCOMPARE(ZNTTrackInfo::encryptPriceMacro({}, QStringLiteral("1.23")), QStringList());
+    QCOMPARE(ZNTTrackInfo::encryptPriceMacro({}, "1.23"), QStringList());
     QCOMPARE(log.take(), QStringList{"INFO Starting price macro encryption for 0 URLs"});
 
     const QStringList urls{
         "http://a/?p=${AUCTION_PRICE}&q=${AUCTION_PRICE}", "http://b/?p=${auction_price}%1"};
     const QStringList filled{
         "http://a/?p=+c6cPkBl5cJG+wGIMwiA7A==&q=+c6cPkBl5cJG+wGIMwiA7A==", urls.last()};
-    QCOMPARE(ZNTTrackInfo::encryptPriceMacro(urls, QStringLiteral("1.23")), filled);
+    QCOMPARE(ZNTTrackInfo::encryptPriceMacro(urls, "1.23"), filled);
     QCOMPARE(log.take(),
         (QStringList{"INFO Starting price macro encryption for 2 URLs",
             "INFO AES encryption successful",
@@ -55,7 +53,7 @@ void tst_pricemacro::failingCipherGivesPlainPrice()
     QVERIFY(EVP_default_properties_enable_fips(nullptr, 1));
     znt::test::LogLines log;
     const QStringList filled =
-        ZNTTrackInfo::encryptPriceMacro({"http://a/?p=${AUCTION_PRICE}"}, QStringLiteral("1.23"));
+        ZNTTrackInfo::encryptPriceMacro({"http://a/?p=${AUCTION_PRICE}"}, "1.23");
     EVP_default_properties_enable_fips(nullptr, 0);
     QCOMPARE(filled, QStringList{"http://a/?p=1.23"});
     QVERIFY(log.take().contains("ERROR AES encryption failed"));

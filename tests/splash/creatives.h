@@ -1,33 +1,13 @@
 // What the tests of the splash creatives share.
 #pragma once
 
-#include "support/exchangetest.h"
+#include "support/host.h"
 
 #include <ZNTAds/ZNTShakeAdView.h>
 #include <ZNTAds/ZNTSlideAdView.h>
 #include <ZNTAds/ZNTSplashImageAdView.h>
 
-#include <QQuickWindow>
-
 namespace znt::test {
-
-// Counts clicks, and may do something at each.
-class ClickCounter : public QObject, public ZNTSplashDelegate
-{
-    Q_OBJECT
-    Q_INTERFACES(ZNTSplashDelegate)
-
-public:
-    void handleAdClick() override
-    {
-        ++clicks;
-        if (onClick)
-            onClick();
-    }
-
-    int clicks = 0;
-    std::function<void()> onClick;
-};
 
 enum Style { Image, Shake, Slide };
 
@@ -54,11 +34,7 @@ struct Scene
     }
     ~Scene() { delete view; }
 
-    template <class Item = QQuickItem>
-    Item *item(const QString &name) const
-    {
-        return view->findChild<Item *>(name);
-    }
+    QQuickItem *item(const QString &name) const { return view->findChild<QQuickItem *>(name); }
     QRectF frame(const QString &name) const
     {
         const QQuickItem *at = item(name);
@@ -78,9 +54,10 @@ struct Scene
         QTest::mouseClick(&window, Qt::LeftButton, {}, at);
         settle();
     }
+    qsizetype clicks() const { return host.heard.size(); } // nothing else is told by a creative
 
     QQuickWindow window;
-    ClickCounter host;
+    Host host;
     int skips = 0;
     QPointer<ZNTSplashAdView> view;
 };

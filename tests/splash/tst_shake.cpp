@@ -85,8 +85,8 @@ private slots:
     void aDeviceWithoutSensorsIsQuiet()
     {
         Scene scene(Shake);
-        static_cast<ZNTShakeAdView *>(scene.view.data())->handleShakeAction();
-        QCOMPARE(scene.host.clicks, 1);
+        qobject_cast<ZNTShakeAdView *>(scene.view)->handleShakeAction();
+        QCOMPARE(scene.clicks(), 1);
     }
 
     void registerSensors()
@@ -101,8 +101,10 @@ private slots:
     {
         QTest::addColumn<QList<double>>("pitches");
         QTest::addColumn<int>("firesAt"); // index, or -1
-        QTest::newRow("28.6 degrees do not do") << QList<double>{11.459, 40.107, 11.459} << -1;
-        QTest::newRow("30.4 degrees do") << QList<double>{11.459, 40.107, 41.826, 90} << 2;
+        QTest::newRow("28.6 degrees do not do, 30.4 do")
+            << QList<double>{11.459, 40.107, 41.826, 90} << 2;
+        QTest::newRow("little by little") << QList<double>{0, 10, 20, 30, 31} << 4;
+        QTest::newRow("any angle to begin with") << QList<double>{-75, -45, -44.9} << 2;
         QTest::newRow("exactly 30") << QList<double>{10, 40, -20} << -1;
         QTest::newRow("backwards") << QList<double>{10, -20.5, 10, 41} << 1;
         QTest::newRow("no numbers") << QList<double>{qQNaN(), 0, qQNaN(), qInf(), 29, 31} << 5;
@@ -117,7 +119,7 @@ private slots:
         for (int i = 0; i < pitches.size(); ++i) {
             Rotation::latest->feed(pitches.at(i));
             Scene::settle();
-            QCOMPARE(scene.host.clicks, firesAt >= 0 && i >= firesAt ? 1 : 0);
+            QCOMPARE(scene.clicks(), firesAt >= 0 && i >= firesAt ? 1 : 0);
             QCOMPARE(Rotation::latest->isRunning, firesAt < 0 || i < firesAt);
         }
     }
@@ -154,26 +156,26 @@ private slots:
     {
         Scene scene(Shake);
         shake();
-        QCOMPARE(scene.host.clicks, 1);
+        QCOMPARE(scene.clicks(), 1);
         Rotation::latest->feed(0);
         Rotation::latest->feed(31);
         Scene::settle();
-        QCOMPARE(scene.host.clicks, 2);
+        QCOMPARE(scene.clicks(), 2);
         QTest::qWait(600); // the shake has come to its end
         shake();
-        QCOMPARE(scene.host.clicks, 3);
+        QCOMPARE(scene.clicks(), 3);
     }
 
     void sensorsLiveAsLongAsTheView()
     {
         {
             Scene scene(Shake);
-            scene.host.onClick = [&] { delete scene.view; };
+            scene.host.then = [&](const QString &) { delete scene.view; };
             Rotation::latest->feed(0);
             Rotation::latest->feed(31);
             shake(); // both wait to be told
             QVERIFY(!scene.view);
-            QCOMPARE(scene.host.clicks, 1);
+            QCOMPARE(scene.clicks(), 1);
         }
         QVERIFY(!Rotation::latest && !Acceleration::latest);
         Scene scene(Image);

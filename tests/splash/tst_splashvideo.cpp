@@ -1,10 +1,6 @@
 #include "splash/creatives.h"
 
-#include <QSignalSpy>
-
-using namespace znt;
 using namespace znt::test;
-using sandbox::Answer;
 
 class TestSplashVideo : public QObject
 {
@@ -13,13 +9,10 @@ class TestSplashVideo : public QObject
 private:
     TrustedExchange exchange;
 
-    QString creative(const QString &name) const
-    {
-        return exchange.httpsUrl().toString() + QStringLiteral("/creatives/") + name;
-    }
+    QString creative(const QString &name) const { return exchange.at("/creatives/" + name); }
     void showVideo(Scene &scene)
     {
-        scene.view->setupWithVideoUrl(creative(QStringLiteral("video.mp4")), {});
+        scene.view->setupWithVideoUrl(creative("video.mp4"), {});
         QVERIFY(scene.view->isHidden());
         QTRY_VERIFY_WITH_TIMEOUT(!scene.view->isHidden(), 20'000);
     }
@@ -28,15 +21,14 @@ private:
 private slots:
     void initTestCase()
     {
-        const Answer video = {.body = QByteArray(100'000, 'x'), .contentType = "video/mp4"};
-        exchange.setAnswerAt(QStringLiteral("/noise.mp4"), video);
+        exchange.setAnswerAt(
+            "/noise.mp4", {.body = QByteArray(100'000, 'x'), .contentType = "video/mp4"});
     }
 
     void init()
     {
         // Qt's own, where there is neither sound nor a graphics card.
-        const QString known = QStringLiteral("^(?!PulseAudioService:|QRhi\\* initializeRHI)");
-        QTest::failOnWarning(QRegularExpression(known));
+        QTest::failOnWarning(QRegularExpression("^(?!PulseAudioService:|QRhi\\* initializeRHI)"));
     }
 
     void fillsTheViewInAnEndlessLoop()
@@ -57,7 +49,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 65, 20'000);
 
         scene.tap({100, 100});
-        QCOMPARE(scene.host.clicks, 1);
+        QCOMPARE(scene.clicks(), 1);
         scene.tap(scene.centre("skipButton"));
         QCOMPARE(scene.skips, 1);
     }
@@ -65,22 +57,21 @@ private slots:
     void takesTurnsWithPictures()
     {
         Scene scene(Image);
-        const QString picture = creative(QStringLiteral("splash.jpg"));
+        const QString picture = creative("splash.jpg");
         for (int i = 0; i < 2; ++i) {
             showVideo(scene);
-            QCOMPARE(
-                scene.get("actionTipLabel", "text"), QStringLiteral("点击跳转详情页或第三方应用"));
+            QCOMPARE(scene.get("actionTipLabel", "text"), "点击跳转详情页或第三方应用");
             scene.view->setupWithImageUrl(picture, {}, {}, {});
             QVERIFY(scene.view->isHidden() && !scene.view->isVideoAd());
             QTRY_VERIFY(!scene.view->isHidden());
             QVERIFY(!scene.get("mainAdImageView", "hidden").toBool());
         }
         // The later one counts, whichever is there first.
-        scene.view->setupWithVideoUrl(creative(QStringLiteral("video.mp4")), {});
+        scene.view->setupWithVideoUrl(creative("video.mp4"), {});
         scene.view->setupWithImageUrl(picture, {}, {}, {});
         QTRY_VERIFY(!scene.view->isHidden());
         scene.view->setupWithImageUrl(picture, {}, {}, {});
-        scene.view->setupWithVideoUrl(creative(QStringLiteral("nothing.mp4")), {});
+        scene.view->setupWithVideoUrl(creative("nothing.mp4"), {});
         showVideo(scene);
     }
 
@@ -90,10 +81,9 @@ private slots:
         Scene gone(Shake);
         Scene file(Slide);
         Scene good(Image);
-        noise.view->setupWithVideoUrl(
-            exchange.httpsUrl().toString() + QStringLiteral("/noise.mp4"), {});
-        gone.view->setupWithVideoUrl(creative(QStringLiteral("nothing.mp4")), {});
-        file.view->setupWithVideoUrl(QStringLiteral("file:///etc/passwd"), {});
+        noise.view->setupWithVideoUrl(exchange.at("/noise.mp4"), {});
+        gone.view->setupWithVideoUrl(creative("nothing.mp4"), {});
+        file.view->setupWithVideoUrl("file:///etc/passwd", {});
         showVideo(good);
         QVERIFY(noise.view->isHidden() && gone.view->isHidden() && file.view->isHidden());
     }
@@ -101,10 +91,10 @@ private slots:
     void mayDieWhileItPlays()
     {
         Scene early(Image);
-        early.view->setupWithVideoUrl(creative(QStringLiteral("video.mp4")), {});
+        early.view->setupWithVideoUrl(creative("video.mp4"), {});
         Scene scene(Image);
         connect(scene.view, &ZNTSplashAdView::hiddenChanged, this, [&] { delete scene.view; });
-        scene.view->setupWithVideoUrl(creative(QStringLiteral("video.mp4")), {});
+        scene.view->setupWithVideoUrl(creative("video.mp4"), {});
         QTRY_VERIFY_WITH_TIMEOUT(!scene.view, 20'000);
     }
 };

@@ -3,10 +3,9 @@
 
 #include "sandbox/exchange.h"
 #include "support/endpoints.h"
+#include "support/test.h"
 
 #include <ZNTAds/ZNTError.h>
-
-#include <QTest>
 
 namespace znt::test {
 
@@ -22,18 +21,13 @@ public:
         setEndpointBases(httpsUrl(), httpUrl());
     }
 
+    // Its own address of the path.
+    QString at(const QString &path) const { return url(path).toString(); }
     // "${BASE}" in the text becomes the exchange's own address.
     QJsonObject parsed(QByteArray text) const
     {
-        text.replace("${BASE}", httpsUrl().toEncoded());
-        return QJsonDocument::fromJson(text).object();
+        return json(text.replace("${BASE}", httpsUrl().toEncoded()));
     }
 };
-
-// Every warning of Qt or QML that a test does not expect fails it.
-inline void failOnWarnings()
-{
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".?")));
-}
 
 } // namespace znt::test

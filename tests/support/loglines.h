@@ -1,11 +1,9 @@
 // The library's log, as a test sees it.
 #pragma once
 
-#include <ZNTAds/ZNTLogManager.h>
+#include "support/test.h"
 
-#include <QFile>
-#include <QSemaphore>
-#include <QStringList>
+#include <ZNTAds/ZNTLogManager.h>
 
 namespace znt::test {
 
@@ -35,7 +33,7 @@ public:
 
         QStringList result;
         for (const QString &line : lines)
-            result.append(line.section(u'[', 2).replace(QLatin1String("] "), QLatin1String(" ")));
+            result.append(line.section(u'[', 2).replace("] ", " "));
         return result;
     }
 

@@ -1,8 +1,7 @@
 // Pictures whose drawing can be checked.
 #pragma once
 
-#include <QBuffer>
-#include <QImageWriter>
+#include "support/test.h"
 
 namespace znt::test {
 

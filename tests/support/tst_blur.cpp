@@ -1,7 +1,6 @@
 #include "support/blur.h"
 
-#include <QTest>
-#include <QVector4D>
+#include "support/test.h"
 
 #include <cmath>
 

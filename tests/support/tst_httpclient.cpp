@@ -3,6 +3,7 @@
 #include "support/exchangetest.h"
 
 using namespace znt;
+using namespace znt::test;
 using sandbox::Answer;
 
 class TestHttpClient : public QObject
@@ -10,9 +11,9 @@ class TestHttpClient : public QObject
     Q_OBJECT
 
 private:
-    test::TrustedExchange exchange;
+    TrustedExchange exchange;
 
-    QUrl at(const QString &path) const { return QUrl(exchange.httpsUrl().toString() + path); }
+    QUrl at(const QString &path) const { return exchange.url(path); }
 
     HttpAnswer sent(const HttpRequest &request, const HttpLimits &limits = {})
     {
@@ -27,22 +28,22 @@ private:
 private slots:
     void init()
     {
-        test::failOnWarnings();
+        failOnWarnings();
         exchange.forgetRequests();
     }
 
     void onlyTheTransferCanFail()
     {
-        exchange.setAnswerAt(QStringLiteral("/status"), {.body = "why", .status = 500});
-        const HttpAnswer failed = sent({.url = at(QStringLiteral("/status"))});
+        exchange.setAnswerAt("/status", {.body = "why", .status = 500});
+        const HttpAnswer failed = sent({.url = at("/status")});
         QVERIFY(!failed.error);
         QCOMPARE(failed.status, 500);
         QCOMPARE(failed.body, QByteArray("why"));
 
-        exchange.setAnswerAt(QStringLiteral("/half"),
-            {.body = "0123456789", .delivery = Answer::Delivery::Truncated});
-        QVERIFY(sent({.url = at(QStringLiteral("/half"))}).error);
-        QVERIFY(sent({.url = QUrl(QStringLiteral("http://127.0.0.1:1/"))}).error);
+        exchange.setAnswerAt(
+            "/half", {.body = "0123456789", .delivery = Answer::Delivery::Truncated});
+        QVERIFY(sent({.url = at("/half")}).error);
+        QVERIFY(sent({.url = QUrl("http://127.0.0.1:1/")}).error);
     }
 
     void nothingButHttpIsAskedFor()
@@ -50,42 +51,36 @@ private slots:
         for (const char *url :
             {"file:///etc/passwd", "data:text/plain,hello", "qrc:/qt-project.org/imports",
                 "ftp://localhost/", "", "no url", "http://", "https:///path", "javascript:1"}) {
-            const HttpAnswer answer = sent({.url = QUrl(QString::fromLatin1(url))});
+            const HttpAnswer answer = sent({.url = QUrl(url)});
             QVERIFY2(answer.error && answer.body.isEmpty(), url);
         }
     }
 
     void gzipIsUnderstoodAndBounded()
     {
-        exchange.setAnswerAt(QStringLiteral("/packed"), {.body = "plain text", .gzip = true});
+        exchange.setAnswerAt("/packed", {.body = "plain text", .gzip = true});
+        exchange.setAnswerAt("/bomb", {.body = QByteArray(40 * 1024 * 1024, ' '), .gzip = true});
         exchange.setAnswerAt(
-            QStringLiteral("/bomb"), {.body = QByteArray(40 * 1024 * 1024, ' '), .gzip = true});
-        exchange.setAnswerAt(QStringLiteral("/broken"),
-            {.body = "no gzip", .headers = {{"Content-Encoding", "gzip"}}});
+            "/broken", {.body = "no gzip", .headers = {{"Content-Encoding", "gzip"}}});
         const QList<QPair<QByteArray, QByteArray>> headers{{"Accept-Encoding", "gzip"}};
-        QCOMPARE(sent({.url = at(QStringLiteral("/packed")), .headers = headers}).body,
-            QByteArray("plain text"));
-        QVERIFY(sent({.url = at(QStringLiteral("/bomb")), .headers = headers}).error);
-        QVERIFY(sent({.url = at(QStringLiteral("/broken")), .headers = headers}).error);
+        QCOMPARE(sent({.url = at("/packed"), .headers = headers}).body, QByteArray("plain text"));
+        QVERIFY(sent({.url = at("/bomb"), .headers = headers}).error);
+        QVERIFY(sent({.url = at("/broken"), .headers = headers}).error);
     }
 
     void sizeAndTimeAreBounded()
     {
-        exchange.setAnswerAt(
-            QStringLiteral("/endless"), {.body = "x", .delivery = Answer::Delivery::Endless});
-        QVERIFY(sent({.url = at(QStringLiteral("/endless"))}, {.bytes = 100'000}).error);
+        exchange.setAnswerAt("/endless", {.body = "x", .delivery = Answer::Delivery::Endless});
+        QVERIFY(sent({.url = at("/endless")}, {.bytes = 100'000}).error);
         // A body that nobody reads is cut off without fault.
-        QVERIFY(
-            !sent({.url = at(QStringLiteral("/endless"))}, {.bytes = 100'000, .discardBody = true})
-                 .error);
+        QVERIFY(!sent({.url = at("/endless")}, {.bytes = 100'000, .discardBody = true}).error);
 
         using namespace std::chrono_literals;
-        exchange.setAnswerAt(QStringLiteral("/drip"),
-            {.body = QByteArray(100, 'x'), .delivery = Answer::Delivery::Dripping});
+        exchange.setAnswerAt(
+            "/drip", {.body = QByteArray(100, 'x'), .delivery = Answer::Delivery::Dripping});
         QElapsedTimer timer;
         timer.start();
-        const HttpAnswer late =
-            sent({.url = at(QStringLiteral("/drip"))}, {.inactivity = 5s, .total = 1500ms});
+        const HttpAnswer late = sent({.url = at("/drip")}, {.inactivity = 5s, .total = 1500ms});
         QVERIFY(late.error);
         QCOMPARE(late.error->code(), int(QNetworkReply::TimeoutError));
         QVERIFY(timer.elapsed() < 4000);
@@ -94,15 +89,14 @@ private slots:
     // A dropped connection would have Qt send again by itself.
     void oneCallIsOneRequestOnTheWire()
     {
-        const QString dropped = QStringLiteral("/dropped");
+        const QString dropped = "/dropped";
         exchange.setAnswerAt(dropped, {.delivery = Answer::Delivery::Dropped});
-        exchange.setAnswerAt(
-            QStringLiteral("/moved"), {.status = 302, .headers = {{"Location", "/there"}}});
-        exchange.setAnswerAt(QStringLiteral("/there"), {.body = "there"});
+        exchange.setAnswerAt("/moved", {.status = 302, .headers = {{"Location", "/there"}}});
+        exchange.setAnswerAt("/there", {.body = "there"});
         HttpClient client({});
         int answered = 0;
         for (const char *method : {"GET", "POST", "GET", "POST", "GET", "POST"}) {
-            for (const QString &path : {dropped, QStringLiteral("/moved")}) {
+            for (const QString &path : {dropped, QString("/moved")}) {
                 client.send({.url = at(path), .method = method, .headers = {}, .body = "{}"},
                     [&answered](const HttpAnswer &) { ++answered; });
                 const int before = answered;
@@ -110,20 +104,19 @@ private slots:
             }
         }
         QCOMPARE(exchange.hits(dropped), 6);
-        QCOMPARE(exchange.hits(QStringLiteral("/moved")), 6);
-        QCOMPARE(exchange.hits(QStringLiteral("/there")), 6);
+        QCOMPARE(exchange.hits("/moved"), 6);
+        QCOMPARE(exchange.hits("/there"), 6);
     }
 
     void redirectionsStayOnTheWeb()
     {
         const auto moved = [this](const QByteArray &target) {
-            exchange.setAnswerAt(
-                QStringLiteral("/from"), {.status = 307, .headers = {{"Location", target}}});
-            return sent({.url = at(QStringLiteral("/from")), .method = "POST", .body = "body"});
+            exchange.setAnswerAt("/from", {.status = 307, .headers = {{"Location", target}}});
+            return sent({.url = at("/from"), .method = "POST", .body = "body"});
         };
-        exchange.setAnswerAt(QStringLiteral("/to"), {.body = "arrived"});
+        exchange.setAnswerAt("/to", {.body = "arrived"});
         QCOMPARE(moved("/to").body, QByteArray("arrived"));
-        QCOMPARE(exchange.requests(QStringLiteral("/to")).first().body, QByteArray("body"));
+        QCOMPARE(exchange.requests("/to").first().body, QByteArray("body"));
         QVERIFY(moved("file:///etc/passwd").error);
         QVERIFY(moved(exchange.httpUrl().toEncoded() + "/to").error);
         QVERIFY(moved("/from").error); // for ever
@@ -132,7 +125,7 @@ private slots:
     // A server of another make that speaks HTTP/2 alone.
     void http2()
     {
-        const QString program = QStandardPaths::findExecutable(QStringLiteral("nghttpd"));
+        const QString program = QStandardPaths::findExecutable("nghttpd");
         if (program.isEmpty())
             QSKIP("nghttpd is not installed");
         QTemporaryDir dir;
@@ -140,7 +133,7 @@ private slots:
         credentials.setStateDir(dir.path());
         QVERIFY(credentials.start());
         sandbox::trust(credentials.ca());
-        QFile file(dir.filePath(QStringLiteral("req2.do")));
+        QFile file(dir.filePath("req2.do"));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("{\"code\": 200}") > 0);
         file.close();
 
@@ -150,13 +143,11 @@ private slots:
         port.close();
         QProcess server;
         server.start(program,
-            {QStringLiteral("-v"), QStringLiteral("-a"), QStringLiteral("127.0.0.1"),
-                QStringLiteral("-d"), dir.path(), number,
-                dir.filePath(QStringLiteral("server.key")),
-                dir.filePath(QStringLiteral("server.pem"))});
+            {"-v", "-a", "127.0.0.1", "-d", dir.path(), number, dir.filePath("server.key"),
+                dir.filePath("server.pem")});
         QTRY_VERIFY(server.bytesAvailable() > 0 || server.state() == QProcess::NotRunning);
 
-        const QUrl url(QStringLiteral("https://localhost:%1/req2.do").arg(number));
+        const QUrl url(QString("https://localhost:%1/req2.do").arg(number));
         const HttpAnswer posted = sent({.url = url,
             .method = "POST",
             .headers = {{"Accept-Encoding", "gzip"}, {"appId", "app"}},
@@ -174,8 +165,7 @@ private slots:
     {
         auto client = std::make_unique<HttpClient>(HttpLimits{});
         bool answered = false;
-        client->send({.url = at(QStringLiteral("/to"))},
-            [&answered](const HttpAnswer &) { answered = true; });
+        client->send({.url = at("/to")}, [&answered](const HttpAnswer &) { answered = true; });
         client.reset();
         QTest::qWait(50);
         QVERIFY(!answered);

@@ -4,9 +4,6 @@
 #include "support/exchangetest.h"
 #include "support/pictures.h"
 
-#include <QTest>
-#include <QThreadPool>
-
 using namespace znt;
 using namespace znt::test;
 
@@ -38,10 +35,10 @@ class TestImages : public QObject
 private:
     TrustedExchange exchange;
 
-    QString serve(const char *path, const QByteArray &body, int status = 200)
+    QString serve(const QString &path, const QByteArray &body, int status = 200)
     {
-        exchange.setAnswerAt(QLatin1String(path), {.body = body, .status = status});
-        return exchange.httpsUrl().toString() + QLatin1String(path);
+        exchange.setAnswerAt(path, {.body = body, .status = status});
+        return exchange.at(path);
     }
 
 private slots:
@@ -125,18 +122,18 @@ private slots:
         QCOMPARE(copy.pixelColor(0, 0), QColor(Qt::blue));
         QCOMPARE(doneOn, thread());
         QVERIFY(copiedOn && copiedOn != thread());
-        QCOMPARE(exchange.requests(QStringLiteral("/picture")).size(), 1);
+        QCOMPARE(exchange.requests("/picture").size(), 1);
     }
 
     void failureIsSilent_data()
     {
         QTest::addColumn<QString>("url");
         const QByteArray png = written(twoHalves({40, 20}));
-        QFile file(QDir::temp().filePath(QStringLiteral("local.png")));
+        QFile file(QDir::temp().filePath("local.png"));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(png) == png.size());
         QTest::newRow("missing") << serve("/missing", png, 404);
         QTest::newRow("broken") << serve("/broken", "no picture");
-        QTest::newRow("no server") << QStringLiteral("https://127.0.0.1:1/a.png");
+        QTest::newRow("no server") << "https://127.0.0.1:1/a.png";
         QTest::newRow("file") << QUrl::fromLocalFile(file.fileName()).toString();
         QTest::newRow("data") << u"data:image/png;base64,"_qs + QLatin1String(png.toBase64());
         QTest::newRow("empty") << QString();

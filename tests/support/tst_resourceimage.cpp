@@ -1,6 +1,6 @@
 #include "support/resourceimage.h"
 
-#include "support/exchangetest.h"
+#include "support/test.h"
 
 using namespace znt;
 
@@ -43,12 +43,12 @@ private slots:
     void onlyTheLatestNameCounts()
     {
         ResourceImage image;
-        image.setName(QStringLiteral("slide_icon_bg"));
+        image.setName("slide_icon_bg");
         { // gone before its pixels come
             ResourceImage other;
-            other.setName(QStringLiteral("slide_icon_bg"));
+            other.setName("slide_icon_bg");
         }
-        image.setName(QStringLiteral("own"));
+        image.setName("own");
         QTRY_VERIFY(!image.image().isNull());
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::processEvents();

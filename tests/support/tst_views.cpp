@@ -1,13 +1,7 @@
 #include "support/imageview.h"
 
-#include "support/exchangetest.h"
 #include "support/pictures.h"
-
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickWindow>
-#include <QSignalSpy>
-#include <QTest>
+#include "support/test.h"
 
 using namespace znt;
 using test::twoHalves;
@@ -24,7 +18,7 @@ private:
     {
         QQmlComponent component(&engine);
         component.setData("import QtQuick; import ZNTAds; " + qml,
-            QUrl(QStringLiteral("qrc:/qt-project.org/imports/ZNTAds/Test.qml")));
+            QUrl("qrc:/qt-project.org/imports/ZNTAds/Test.qml"));
         auto *item = qobject_cast<QQuickItem *>(component.create());
         if (!item)
             qFatal("%s", qPrintable(component.errorString()));
@@ -100,11 +94,11 @@ private slots:
             {QSizeF(0, 50), QSizeF(nan, nan), QSizeF(-5, 5), QSizeF(1e9, 1e9), QSizeF(50, 50)}) {
             view.setSize(size);
             view.setImage(twoHalves({30, 30}));
-            view.setContentMode(QStringLiteral("aspectFill"));
+            view.setContentMode("aspectFill");
             QTRY_VERIFY(view.isReady());
         }
-        view.setContentMode(QStringLiteral("upside down"));
-        QCOMPARE(view.contentMode(), QStringLiteral("aspectFill"));
+        view.setContentMode("upside down");
+        QCOMPARE(view.contentMode(), "aspectFill");
         for (int i = 0; i < 2; ++i) {
             QQuickWindow window;
             window.resize(60, 60);
@@ -138,7 +132,7 @@ private slots:
         const QQuickItem *label = itemOf(window);
         QCOMPARE(label->property("lineCount").toInt(), 2);
         QCOMPARE(label->property("truncated").toBool(), false);
-        QCOMPARE(label->property("viewType").toString(), QStringLiteral("Label"));
+        QCOMPARE(label->property("viewType").toString(), "Label");
         QCOMPARE(label->property("fontSize").toInt(), 15);
         window->grabWindow(); // a picture asked for would warn
     }
@@ -157,7 +151,7 @@ private slots:
                 }
             })");
         const QQuickItem *root = itemOf(window);
-        auto *button = root->findChild<QQuickItem *>(QStringLiteral("button"));
+        auto *button = root->findChild<QQuickItem *>("button");
         const auto tap = [&](const QPoint &at) {
             QTest::mouseClick(window.get(), Qt::LeftButton, {}, at);
             return QPair(root->property("taps").toInt(), root->property("clicks").toInt());

@@ -1,12 +1,5 @@
-#include "support/exchangetest.h"
+#include "support/test.h"
 #include "support/visibleshare.h"
-
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QRandomGenerator>
-#include <QSGSimpleRectNode>
-#include <QSignalSpy>
-#include <QTest>
 
 using namespace znt;
 
@@ -113,7 +106,7 @@ private slots:
             for (const double ratio : {0.0, 10.0, 50.0, 70.0, 100.0}) {
                 const bool counts = share && *share >= ratio;
                 QVERIFY2(counts == (drawn > 0 && drawn >= ratio - 1e-9),
-                    qPrintable(QStringLiteral("tree %1: %2 of %3 at %4")
+                    qPrintable(QString("tree %1: %2 of %3 at %4")
                                    .arg(i)
                                    .arg(share.value_or(-1))
                                    .arg(drawn)
