@@ -8,9 +8,21 @@ namespace znt {
 
 namespace {
 
-QRectF boundsOf(const QQuickItem *item)
+using Edges = VisibleShares::Edges;
+
+Edges boundsOf(const QQuickItem *item)
 {
     return {0, 0, item->width(), item->height()};
+}
+
+QRectF rectangle(const Edges &edges)
+{
+    return {QPointF(edges.left, edges.top), QPointF(edges.right, edges.bottom)};
+}
+
+Edges edgesOf(const QRectF &rectangle)
+{
+    return {rectangle.left(), rectangle.top(), rectangle.right(), rectangle.bottom()};
 }
 
 // Items show their transform list to QML alone, as a property. Reading it costs as much as the rest
@@ -62,11 +74,10 @@ bool onlyMoves(const QQuickItem *item)
 }
 
 // The bounding rectangle of `part` in the coordinates of the item's parent.
-QRectF inParent(const QQuickItem *item, const QRectF &part)
+Edges inParent(const QQuickItem *item, const Edges &part)
 {
-    if (hasTransformList(item))
-        return item->mapRectToItem(item->parentItem(), part);
-    return scaledAndRotated(item).mapRect(part);
+    return edgesOf(hasTransformList(item) ? item->mapRectToItem(item->parentItem(), rectangle(part))
+                                          : scaledAndRotated(item).mapRect(rectangle(part)));
 }
 
 // The items from `first` up to `end`, which is not among them.
@@ -75,44 +86,52 @@ VisibleShares::Run runFrom(const QQuickItem *first, const QQuickItem *end)
     VisibleShares::Run run;
     run.first = first;
     const QQuickItem *at = first;
-    while (at && at != end && !run.turned && !run.isClear) {
-        run.isClear = at->opacity() == 0;
-        if (at->clip()) {
-            const QRectF bounds = boundsOf(at).translated(-run.offset);
-            run.clip = run.clip ? run.clip->intersected(bounds) : bounds;
+    for (; at && at != end && !run.turned; at = at->parentItem()) {
+        if (at->opacity() == 0) {
+            run.isClear = true;
+            break;
         }
-        if (onlyMoves(at))
-            run.offset += at->position();
-        else
+        if (at->clip())
+            run.clip.cut(boundsOf(at), -run.x, -run.y);
+        if (onlyMoves(at)) {
+            run.x += at->x();
+            run.y += at->y();
+        } else {
             run.turned = at;
-        at = at->parentItem();
+        }
     }
     run.next = at;
     return run;
 }
 
-bool showsNothing(const QWindow *window)
-{
-    const QWindow::Visibility visibility = window->visibility();
-    return visibility == QWindow::Hidden || visibility == QWindow::Minimized
-        || window->opacity() == 0;
-}
-
 // The window in which people see what `window` draws; not the same inside a widget.
-const QWindow *shownWindow(QQuickWindow *window)
+const QWindow *shownWindow(const QQuickWindow *window)
 {
-    const QWindow *shown = QQuickRenderControl::renderWindowFor(window);
+    const QWindow *shown = QQuickRenderControl::renderWindowFor(const_cast<QQuickWindow *>(window));
     return shown ? shown : window;
 }
 
-// Of the part that is left of the item, in the window's coordinates.
-std::optional<double> percentage(const QRectF &part, const QQuickItem *item)
+bool isShown(const QWindow *window)
 {
-    const QRectF shown = part.intersected(QRectF(QPointF(), item->window()->size()));
-    const double area = item->width() * item->height();
-    if (shown.isEmpty() || !(area > 0))
+    const QWindow::Visibility visibility = window->visibility();
+    return visibility != QWindow::Hidden && visibility != QWindow::Minimized
+        && window->opacity() != 0;
+}
+
+Edges frameOf(const QQuickWindow *window)
+{
+    const QSize size = window->size();
+    return {0, 0, double(size.width()), double(size.height())};
+}
+
+// Of the part that is left of the item, in the window's coordinates.
+std::optional<double> percentage(Edges part, const QQuickItem *item, const Edges &window)
+{
+    part.cut(window, 0, 0);
+    const double area = boundsOf(item).area();
+    if (part.isEmpty() || !(area > 0))
         return {};
-    return shown.width() * shown.height() / area * 100;
+    return part.area() / area * 100;
 }
 
 } // namespace
@@ -120,25 +139,28 @@ std::optional<double> percentage(const QRectF &part, const QQuickItem *item)
 std::optional<double> VisibleShares::of(const QQuickItem *item)
 {
     // An item's visibility knows the ancestors', its opacity does not.
-    if (!item || !item->window() || !item->isVisible() || showsNothing(shownWindow(item->window())))
+    if (!item || !item->window() || !item->isVisible())
         return {};
+    if (item->window() != m_window) {
+        m_window = item->window();
+        m_frame = isShown(shownWindow(m_window)) ? frameOf(m_window) : Edges{0, 0, 0, 0};
+    }
     const QQuickItem *parent = item->parentItem();
     const QQuickItem *grandparent = parent ? parent->parentItem() : nullptr;
     if (grandparent && grandparent != m_shared.first)
         m_shared = runFrom(grandparent, nullptr);
-    QRectF part = boundsOf(item);
+    Edges part = boundsOf(item);
     for (const QQuickItem *at = item; at;) {
         const Run &run = at == m_shared.first ? m_shared : runFrom(at, grandparent);
-        if (run.clip)
-            part = part.intersected(*run.clip);
+        part.cut(run.clip, 0, 0);
         if (run.isClear || part.isEmpty())
             return {};
-        part.translate(run.offset);
+        part.move(run.x, run.y);
         if (run.turned)
             part = inParent(run.turned, part);
         at = run.next;
     }
-    return percentage(part, item);
+    return percentage(part, item, m_frame);
 }
 
 std::optional<double> visibleShare(const QQuickItem *item)
@@ -150,7 +172,8 @@ std::optional<double> shareInWindow(const QQuickItem *item)
 {
     if (!item || !item->window())
         return {};
-    return percentage(item->mapRectToScene(boundsOf(item)), item);
+    const Edges part = edgesOf(item->mapRectToScene(rectangle(boundsOf(item))));
+    return percentage(part, item, frameOf(item->window()));
 }
 
 } // namespace znt
