@@ -4,6 +4,7 @@
 #include "diagnostics/log.h"
 #include "support/endpoints.h"
 #include "support/safearea.h"
+#include "support/viewengine.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 
@@ -50,6 +51,7 @@ void ZNTAdsSDK::registerWithAppId(
     manager->setTestMode(sIsTestMode);
     manager->setLogEnabled(sIsLogEnabled);
     manager->initializeWithAppId(appId, mediaId, secret);
+    znt::warmUpLooks();
     sIsInitialized = true;
     if (sIsLogEnabled)
         znt::logInfo(

@@ -4,6 +4,7 @@
 #include "core/notify.h"
 #include "core/visibilitywatch.h"
 #include "diagnostics/log.h"
+#include "support/viewengine.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTInterstitialAd.h>
@@ -68,6 +69,7 @@ void ZNTInterstitialManager::loadAdData()
     }
     d->isLoading = true;
     logInfo("Starting to load interstitial ad data");
+    prepareLooks(QStringLiteral("InterstitialOverlay"));
     const QPointer<ZNTInterstitialManager> self(this);
     ZNTAdsManager::sharedInstance()->requestAdWithPositionId(
         d->mediaId, 0.0,

@@ -1,9 +1,14 @@
 #include "support/viewengine.h"
 
+#include <QGuiApplication>
+#include <QImageReader>
+#include <QPainter>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QThreadPool>
 
+#include <atomic>
 #include <memory>
 
 namespace znt {
@@ -81,12 +86,34 @@ ViewEngine *startedEngine()
     return engine;
 }
 
+void readFontsAndPictureFormats()
+{
+    QImage page(16, 16, QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&page);
+    painter.setFont(QFont(QStringLiteral("Noto Sans CJK SC"))); // the labels'
+    painter.drawText(page.rect(), QStringLiteral("广A"));
+    QImageReader::supportedImageFormats();
+}
+
 } // namespace
+
+void warmUpLooks()
+{
+    static std::atomic_flag warm;
+    if (qGuiApp && !warm.test_and_set())
+        QThreadPool::globalInstance()->start(readFontsAndPictureFormats);
+}
 
 void prepareLooks(const QString &name)
 {
-    if (ViewEngine *with = startedEngine())
-        with->prepare(name);
+    // The first one makes the engine, which is enough for one turn of the event loop.
+    QMetaObject::invokeMethod(
+        qApp,
+        [name] {
+            if (ViewEngine *with = startedEngine())
+                with->prepare(name);
+        },
+        Qt::QueuedConnection);
 }
 
 QQuickItem *createLooks(QQuickItem *view, const QString &name)

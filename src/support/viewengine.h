@@ -19,7 +19,11 @@ namespace znt {
 // outlive it stay valid items whose bindings no longer follow.
 ZNTADS_INTERNAL QQuickItem *createLooks(QQuickItem *view, const QString &name);
 
-// Loads `name`.qml in the background, so that createLooks() need not. Main thread.
+// Loads `name`.qml in the background, soon, so that createLooks() need not. Main thread.
 ZNTADS_INTERNAL void prepareLooks(const QString &name);
+
+// Has Qt read its fonts and picture formats in the background, once, which else the first looks of
+// the process would wait for. Does nothing without a QGuiApplication. Any thread.
+ZNTADS_INTERNAL void warmUpLooks();
 
 } // namespace znt
