@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
-# Formatting, clang-tidy, clazy and qmllint over the whole project. Changes nothing.
+# Formatting, the public headers' reference, clang-tidy, clazy and qmllint over the whole project. Changes nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh build lint
 
 mapfile -t sources < <(git ls-files '*.cpp' '*.h')
 clang-format --dry-run --Werror "${sources[@]}"
+
+mkdir -p build
+doxygen docs/Doxyfile
 
 # One compilation of everything by clazy gives clang's warnings and clazy's, all of them errors.
 cmake --preset clazy >/dev/null

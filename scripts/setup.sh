@@ -9,7 +9,7 @@ build=(
     qt6-httpserver-dev qt6-websockets-dev libgl1-mesa-dev
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtqml qml6-module-qtqml-workerscript
     libssl-dev zlib1g-dev fonts-noto-cjk
-    gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
+    qt6-image-formats-plugins gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
     nghttp2-server openssl
 )
 lint=(clang-format clang-tidy clazy doxygen)

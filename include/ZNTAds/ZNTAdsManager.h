@@ -38,14 +38,20 @@ public:
     /// this.
     void initializeWithAppId(const QString &appId, const QString &mediaId, const QString &secret);
 
-    /// Asks for one ad. Exactly one of the callbacks runs later; either may be empty.
+    /// Asks for one ad. Exactly one of the callbacks runs later.
     /// @param positionId the ad position; null and empty are sent as an empty text
     /// @param bidPrice a price in the exchange's unit
+    /// @param success gets an answer whose code is 200; may be empty
+    /// @param failure gets the error of anything else; may be empty
     void requestAdWithPositionId(
         const QString &positionId, double bidPrice, AdSuccess success, AdFailure failure);
     /// Sends one request of any kind and reads the answer as the exchange's envelope. The HTTP
     /// status is not looked at, only the body counts; the whole takes at most 15 seconds.
+    /// @param url an http or https address; anything else ends in an error
+    /// @param method the HTTP method, as written
     /// @param params the JSON body, sent only when @p method is exactly "POST"
+    /// @param headers sent as they are
+    /// @param completion gets the answer or the error; may be empty
     void sendRequestWithURL(const QString &url, const QString &method,
         const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers,
         Completion completion);
@@ -53,6 +59,7 @@ public:
     /// @param type the kind of feedback; the ads use 1
     /// @param bizId the ad's id
     /// @param ext an extra value; undefined leaves it out
+    /// @param completion gets the outcome; may be empty
     void sendNegativeFeedbackWithType(
         qint64 type, const QString &bizId, const QJsonValue &ext, FeedbackCompletion completion);
     /// SHA-256 of the text's UTF-8 bytes, as 64 lower-case hexadecimal digits.

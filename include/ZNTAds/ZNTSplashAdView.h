@@ -53,9 +53,10 @@ public:
     }
     void setDelegate(const ZNTDelegateRef<ZNTSplashDelegate> &delegate);
 
-    /// Hides the creative, then shows it once the picture at @p imageUrl (http or https) has been
-    /// fetched and decoded, with its blurred copy behind it. Without the picture it stays hidden. A
-    /// later setup replaces this one; what this one still loads never arrives.
+    /// Hides the creative, then shows it once its picture has been fetched and decoded, with its
+    /// blurred copy behind it. Without the picture it stays hidden. A later setup replaces this
+    /// one; what this one still loads never arrives.
+    /// @param imageUrl the picture's http or https address
     /// @param actionTip the text under the card; null for none
     /// @param source the advertiser's name; without one the label reads "广告"
     /// @param sourceLogo URL of a logo that takes the label's place, which stays empty when the

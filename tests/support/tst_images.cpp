@@ -48,10 +48,8 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         const QImage image = twoHalves({40, 20});
-        for (const char *format : {"png", "jpg", "webp"}) {
-            if (QImageWriter::supportedImageFormats().contains(format))
-                QTest::newRow(format) << written(image, format);
-        }
+        for (const char *format : {"png", "jpg", "webp"})
+            QTest::newRow(format) << written(image, format);
         // A red and a blue picture follow each other.
         QTest::newRow("gif") << QByteArray::fromHex(
             "4749463839610200010080000000ff000000ff21f90400000000002c000000000200010000020244"
