@@ -61,8 +61,8 @@ public:
     /// Takes an answer of the exchange as if it had been requested.
     /// @return whether it held an ad that is now loaded
     bool handleAdResponse(const QJsonValue &response);
-    /// Covers @p window with the loaded ad and starts its five seconds, which pass unseen when it is
-    /// null. Takes the place of an ad of this manager that is still shown.
+    /// Covers @p window with the loaded ad and starts its five seconds, which pass unseen when it
+    /// is null. Takes the place of an ad of this manager that is still shown.
     void showSplashAdWithWindow(QQuickWindow *window);
     /// Fades the ad out and forgets it. Without an ad on screen it does nothing.
     void closeSplashAd();
