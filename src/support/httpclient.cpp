@@ -98,7 +98,9 @@ bool isTransferError(const QNetworkReply *reply)
         (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError
             && error != QNetworkReply::ContentReSendError)
         || (error >= QNetworkReply::InternalServerError
-            && error <= QNetworkReply::UnknownServerError);
+            && error <= QNetworkReply::UnknownServerError)
+        || error == QNetworkReply::ProtocolInvalidOperationError     // 400, 418
+        || error == QNetworkReply::ProxyAuthenticationRequiredError; // 407
     const bool answered = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
     return error != QNetworkReply::NoError && !(isStatus && answered);
 }
