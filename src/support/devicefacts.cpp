@@ -45,7 +45,8 @@ void followScreen(QScreen *screen)
 {
     readScreen(screen);
     if (screen)
-        QObject::connect(screen, &QScreen::geometryChanged, qApp, [screen] { readScreen(screen); });
+        QObject::connect(screen, &QScreen::geometryChanged, qApp,
+            [] { readScreen(QGuiApplication::primaryScreen()); });
 }
 
 QString canonical(const QUuid &uuid)
