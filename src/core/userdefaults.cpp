@@ -29,6 +29,7 @@ Q_GLOBAL_STATIC(Writer, writer)
 
 QJsonValue read(const QString &key)
 {
+    waitForStored();
     const QSettings stored = settings();
     return stored.contains(key) ? QJsonValue::fromVariant(stored.value(key))
                                 : QJsonValue::Undefined;

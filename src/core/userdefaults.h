@@ -9,7 +9,7 @@
 
 namespace znt::userdefaults {
 
-// Undefined when nothing is stored under the key.
+// Undefined when nothing is stored under the key. Waits for what is still on its way there.
 ZNTADS_INTERNAL QJsonValue read(const QString &key);
 
 // Writes the values and brings them to disk in the background, in the order of the calls; an

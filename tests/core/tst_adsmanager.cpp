@@ -111,10 +111,7 @@ private slots:
         QCOMPARE(arg.shakeArgs().constFirst().endHour(), 0);
         QVERIFY(arg.slopArgs().isEmpty());
 
-        const auto stored = [](const char *key) {
-            userdefaults::waitForStored();
-            return userdefaults::read(key);
-        };
+        const auto stored = [](const char *key) { return userdefaults::read(key); };
         QTRY_COMPARE(stored("ZNTAds_ReleaseDateTime"), QJsonValue("2026"));
         QVERIFY(stored("ZNTAds_EnableAdLog").toVariant().toBool());
         QVERIFY(!ZNTLogManager::sharedInstance()->isEnabled()); // stored, and switches nothing
@@ -125,6 +122,9 @@ private slots:
         QVERIFY(!stored("ZNTAds_EnableAdLog").toVariant().toBool());
         QVERIFY(stored("ZNTAds_InteractionCtrlArg").isObject());
         QCOMPARE(manager->interactionCtrlArg(), arg);
+        manager->updateInteractionCtrlArg(ZNTInteractionCtrlArg());
+        manager->loadInteractionCtrlArgFromLocal(); // what is still on its way to the disk
+        QCOMPARE(manager->interactionCtrlArg(), ZNTInteractionCtrlArg());
 
         const QString lines = log.take().join(u'\n');
         QVERIFY(lines.contains("WARNING ZNTAdsSDK has already been initialized!"));
