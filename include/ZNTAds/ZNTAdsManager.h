@@ -16,7 +16,8 @@
 /// host and the remote configuration have set.
 ///
 /// One per process. Requests may be started from any thread; everything else is for the main
-/// thread, where every callback runs too. Without a QCoreApplication requests are silently dropped.
+/// thread, where every callback runs too. Without a QCoreApplication requests are dropped and no
+/// callback runs.
 class ZNTADS_EXPORT ZNTAdsManager
 {
 public:

@@ -1,5 +1,6 @@
 #include <ZNTAds/ZNTAdsManager.h>
 
+#include "core/configuration.h"
 #include "core/networkstatus.h"
 #include "core/requestbody.h"
 #include "core/userdefaults.h"
@@ -46,29 +47,14 @@ QString textOf(const QMap<QString, QString> &headers)
     return json::text(object);
 }
 
-// The settings that a configuration answer brings, if it brings any.
-std::optional<ZNTInteractionCtrlArg> interactionCtrlArgOf(const QJsonObject &configuration)
+// What has become of a request. The dictionary is the response's: an answer may be megabytes, and
+// converting it is no work for the main thread.
+struct Outcome
 {
-    const auto element = json::object(configuration.value(u"ixCtrlArgs").toArray().at(0));
-    if (!element)
-        return {};
-    const auto number = [&element](
-                            QStringView key) { return json::integer32(element->value(key)); };
-    ZNTInteractionCtrlArg arg;
-    arg.setAdType(number(u"adType"));
-    arg.setAutoPlay(number(u"autoPlay"));
-    arg.setCanClose(number(u"canClose"));
-    arg.setCanSkip(number(u"canSkip"));
-    arg.setClickArea(number(u"clickArea"));
-    arg.setClickTriggerType(number(u"clickTriggerType"));
-    arg.setCloseBtnPos(number(u"closeBtnPos"));
-    arg.setCloseType(number(u"closeType"));
-    arg.setSkipType(number(u"skipType"));
-    arg.setSupportSelfRender(number(u"supportSelfRender"));
-    if (const auto shake = json::object(element->value(u"shakeArgs").toArray().at(0)))
-        arg.setShakeArgs({ZNTShakeSlopArg::initWithDictionary(*shake)});
-    return arg;
-}
+    std::optional<ZNTAdsResponse> response;
+    std::optional<ZNTError> error;
+    QJsonObject dictionary;
+};
 
 ZNTError refusal(const ZNTAdsResponse &response)
 {
@@ -92,10 +78,15 @@ public:
         return signedHeaders(currentIdentity(), QDateTime::currentSecsSinceEpoch());
     }
 
+    using Done = std::function<void(const Outcome &)>;
+
     void watchDevice();
     void loadAdConfig();
-    void readConfiguration(const HttpAnswer &answer);
-    void readResponse(const QByteArray &body, Completion completion);
+    void readConfiguration(const QByteArray &body);
+    void applyConfiguration(const QJsonObject &configuration);
+    void send(const QString &url, const QString &method, const std::optional<QJsonObject> &params,
+        const QMap<QString, QString> &headers, Done done);
+    void readResponse(const QByteArray &body, Done done);
 
     // Requests may start on any thread; the lock is for their sake.
     mutable QMutex mutex;
@@ -160,15 +151,13 @@ void ZNTAdsManager::requestAdWithPositionId(
 {
     const QJsonObject body = adRequestBody(d->currentIdentity(), getNetworkType(),
         {.positionId = positionId, .bidPrice = bidPrice, .test = d->isTestMode});
-    sendRequestWithURL(endpoint(Endpoint::AdRequest).toString(), QStringLiteral("POST"), body,
-        d->headersNow(),
-        [success = std::move(success), failure = std::move(failure)](
-            const std::optional<ZNTAdsResponse> &response, const std::optional<ZNTError> &error) {
-            if (error || !response->isValid()) {
+    d->send(endpoint(Endpoint::AdRequest).toString(), QStringLiteral("POST"), body, d->headersNow(),
+        [success = std::move(success), failure = std::move(failure)](const Outcome &outcome) {
+            if (outcome.error || !outcome.response->isValid()) {
                 if (failure)
-                    failure(error ? *error : refusal(*response));
+                    failure(outcome.error ? *outcome.error : refusal(*outcome.response));
             } else if (success) {
-                success(response->toDictionary());
+                success(outcome.dictionary);
             }
         });
 }
@@ -177,48 +166,50 @@ void ZNTAdsManager::sendRequestWithURL(const QString &url, const QString &method
     const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers,
     Completion completion)
 {
-    HttpClient *client = httpClient(Session::Exchange);
-    if (!client)
-        return;
-    if (d->isLogEnabled) {
+    d->send(
+        url, method, params, headers, [completion = std::move(completion)](const Outcome &outcome) {
+            if (completion)
+                completion(outcome.response, outcome.error);
+        });
+}
+
+void ZNTAdsManager::Private::send(const QString &url, const QString &method,
+    const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers, Done done)
+{
+    if (isLogEnabled) {
         logInfo("Request URL: %1", url);
         logInfo("Request Headers: %1", textOf(headers));
         logInfo("Request Params: %1", params ? json::text(*params) : QString());
     }
-    if (!completion)
-        completion = [](const auto &...) {};
-    client->send(httpRequest(QUrl(url), method, params, headers),
-        [this, completion = std::move(completion)](const HttpAnswer &answer) mutable {
+    sendHttp(Session::Exchange, httpRequest(QUrl(url), method, params, headers),
+        [this, done = std::move(done)](const HttpAnswer &answer) mutable {
             if (!answer.error) {
-                d->readResponse(answer.body, std::move(completion));
+                readResponse(answer.body, std::move(done));
                 return;
             }
-            if (d->isLogEnabled)
+            if (isLogEnabled)
                 logError("Network Error: %1", *answer.error);
-            completion({}, answer.error);
+            done({{}, answer.error, {}});
         });
 }
 
-// An answer may be megabytes; reading it is no work for the main thread. The completion is moved
-// along, so that it dies on the main thread too.
-void ZNTAdsManager::Private::readResponse(const QByteArray &body, Completion completion)
+// In the thread pool. `done` is moved along, so that it dies on the main thread.
+void ZNTAdsManager::Private::readResponse(const QByteArray &body, Done done)
 {
-    QThreadPool::globalInstance()->start(
-        [this, body, completion = std::move(completion)]() mutable {
-            const json::Parsed parsed = json::parse(body);
-            std::optional<ZNTAdsResponse> response;
-            if (parsed.error) {
-                if (isLogEnabled)
-                    logError("JSON Parse Error: %1", *parsed.error);
-            } else {
-                if (isLogEnabled)
-                    logInfo("Response: %1", json::text(parsed.value));
-                response = ZNTAdsResponseFactory::createFromServerResponse(parsed.value);
-            }
-            onMainThread([completion = std::move(completion), response, error = parsed.error] {
-                completion(response, error);
-            });
-        });
+    QThreadPool::globalInstance()->start([this, body, done = std::move(done)]() mutable {
+        const json::Parsed parsed = json::parse(body);
+        Outcome outcome{{}, parsed.error, {}};
+        if (parsed.error) {
+            if (isLogEnabled)
+                logError("JSON Parse Error: %1", *parsed.error);
+        } else {
+            if (isLogEnabled)
+                logInfo("Response: %1", json::text(parsed.value));
+            outcome.response = ZNTAdsResponseFactory::createFromServerResponse(parsed.value);
+            outcome.dictionary = outcome.response->toDictionary();
+        }
+        onMainThread([done = std::move(done), outcome] { done(outcome); });
+    });
 }
 
 void ZNTAdsManager::sendNegativeFeedbackWithType(
@@ -245,24 +236,23 @@ void ZNTAdsManager::Private::loadAdConfig()
     const QJsonObject body{{QStringLiteral("releaseDateTime"), QLatin1String("")},
         {QStringLiteral("version"), QLatin1String("")}};
     const QMap<QString, QString> headers = headersNow();
-    HttpClient *client = httpClient(Session::Exchange);
-    if (!client)
-        return;
     if (isLogEnabled)
         logInfo("Config Request - Headers: %1, Params: %2", textOf(headers), json::text(body));
-    client->send(
+    sendHttp(Session::Exchange,
         httpRequest(endpoint(Endpoint::Configuration), QStringLiteral("POST"), body, headers),
-        [this](const HttpAnswer &answer) { readConfiguration(answer); });
+        [this](const HttpAnswer &answer) {
+            if (!answer.error)
+                QThreadPool::globalInstance()->start(
+                    [this, body = answer.body] { readConfiguration(body); });
+            else if (isLogEnabled)
+                logError("Config Request Failed: %1", *answer.error);
+        });
 }
 
-void ZNTAdsManager::Private::readConfiguration(const HttpAnswer &answer)
+// In the thread pool.
+void ZNTAdsManager::Private::readConfiguration(const QByteArray &body)
 {
-    if (answer.error) {
-        if (isLogEnabled)
-            logError("Config Request Failed: %1", *answer.error);
-        return;
-    }
-    json::Parsed parsed = json::parse(answer.body);
+    json::Parsed parsed = json::parse(body);
     if (!parsed.error && !parsed.value.isObject())
         parsed.error = ZNTError(
             QStringLiteral("ZNTAdsManager"), 500, QStringLiteral("Invalid response format"));
@@ -274,7 +264,11 @@ void ZNTAdsManager::Private::readConfiguration(const HttpAnswer &answer)
     const QJsonObject configuration = parsed.value.toObject();
     if (isLogEnabled)
         logInfo("Config Response: %1", json::text(configuration));
+    onMainThread([this, configuration] { applyConfiguration(configuration); });
+}
 
+void ZNTAdsManager::Private::applyConfiguration(const QJsonObject &configuration)
+{
     if (const auto arg = interactionCtrlArgOf(configuration))
         ZNTAdsManager::sharedInstance()->updateInteractionCtrlArg(arg);
     const QJsonValue version = configuration.value(u"version");

@@ -49,8 +49,7 @@ private:
 void fireTracking(const QJsonValue &urls, const FiringTexts &texts, std::function<void()> finished)
 {
     const QJsonArray list = urls.toArray();
-    HttpClient *client = httpClient(Session::Shared);
-    if (list.isEmpty() || !client)
+    if (list.isEmpty())
         return;
 
     logInfo(texts.opening);
@@ -59,7 +58,7 @@ void fireTracking(const QJsonValue &urls, const FiringTexts &texts, std::functio
         const QString url = element.toString();
         if (url.isEmpty())
             continue;
-        client->send({.url = QUrl::fromEncoded(url.toUtf8(), QUrl::TolerantMode)},
+        sendHttp(Session::Shared, {.url = QUrl::fromEncoded(url.toUtf8(), QUrl::TolerantMode)},
             [group, url](const HttpAnswer &answer) { group->answered(url, answer); });
     }
 }

@@ -77,16 +77,13 @@ void reportError(const QString &summary, const QString &details)
 {
     const qint64 time = QDateTime::currentMSecsSinceEpoch();
     onMainThread([time, summary, details] {
-        HttpClient *client = httpClient(Session::Shared);
-        if (!client)
-            return;
         const HttpRequest request{
             .url = endpoint(Endpoint::LogUpload),
             .method = "POST",
             .headers = {{"Content-Type", "application/json"}},
             .body = json::compact(reportOf(time, summary, details)),
         };
-        client->send(request, writeResult);
+        sendHttp(Session::Shared, request, writeResult);
     });
 }
 

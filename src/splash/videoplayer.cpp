@@ -13,18 +13,16 @@ namespace znt {
 VideoPlayer::VideoPlayer(const QString &url)
     : m_url(url)
 {
-    HttpClient *const client = httpClient(Session::Images);
-    if (!client)
-        return;
-    client->send({.url = m_url}, [self = QPointer<VideoPlayer>(this)](const HttpAnswer &answer) {
-        const bool arrived = !answer.error && answer.status / 100 == 2;
-        if (!arrived || answer.body.isEmpty())
-            return;
-        onMainThread([self, video = answer.body] {
-            if (self)
-                self->play(video);
+    sendHttp(Session::Images, {.url = m_url},
+        [self = QPointer<VideoPlayer>(this)](const HttpAnswer &answer) {
+            const bool arrived = !answer.error && answer.status / 100 == 2;
+            if (!arrived || answer.body.isEmpty())
+                return;
+            onMainThread([self, video = answer.body] {
+                if (self)
+                    self->play(video);
+            });
         });
-    });
 }
 
 VideoPlayer::~VideoPlayer()

@@ -353,14 +353,14 @@ Q_COREAPP_STARTUP_FUNCTION(startWithApplication)
 
 } // namespace
 
-HttpClient *httpClient(Session session)
+void sendHttp(Session session, const HttpRequest &request, HttpClient::Done done)
 {
     const QMutexLocker lock(&applicationMutex);
     if (!applicationLives)
-        return nullptr;
+        return;
     if (!sessions)
         sessions = new Sessions;
-    return sessions->client(session);
+    sessions->client(session)->send(request, std::move(done));
 }
 
 void onMainThread(std::function<void()> call)

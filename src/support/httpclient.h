@@ -69,14 +69,14 @@ private:
     QNetworkAccessManager m_network;
 };
 
-// The library's sessions, made at first use, gone with the application object. Null when there is
-// no application object: the caller is silent then.
+// The library's sessions, made at first use, gone with the application object.
 enum class Session {
     Exchange, // the exchange's endpoints, on the main thread
     Shared,   // tracking and error reports, on the main thread
     Images,   // creatives' pictures, on a thread of its own
 };
-ZNTADS_INTERNAL HttpClient *httpClient(Session session);
+// From any thread; drops the request when there is no application object.
+ZNTADS_INTERNAL void sendHttp(Session session, const HttpRequest &request, HttpClient::Done done);
 
 // Posts to the main thread; drops the call when there is no application object.
 ZNTADS_INTERNAL void onMainThread(std::function<void()> call);

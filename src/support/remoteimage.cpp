@@ -35,12 +35,9 @@ void fetchImageAndCopy(const QString &url, QObject *receiver,
     std::function<QImage(const QImage &)> makeCopy,
     std::function<void(const QImage &picture, const QImage &copy)> done)
 {
-    HttpClient *const client = httpClient(Session::Images);
-    if (!client)
-        return;
     const auto order =
         std::make_shared<Order>(Order{receiver, std::move(makeCopy), std::move(done)});
-    client->send({.url = QUrl(url)}, [order](const HttpAnswer &answer) {
+    sendHttp(Session::Images, {.url = QUrl(url)}, [order](const HttpAnswer &answer) {
         const bool arrived = !answer.error && answer.status / 100 == 2;
         const QByteArray bytes = arrived ? answer.body : QByteArray();
         QThreadPool::globalInstance()->start([bytes, order] { prepare(bytes, order); });

@@ -1,0 +1,13 @@
+// What the remote configuration brings.
+#pragma once
+
+#include <ZNTAds/ZNTInteractionCtrlArg.h>
+
+#include <QJsonObject>
+
+namespace znt {
+
+// The first of its "ixCtrlArgs"; nothing when there is no such object.
+std::optional<ZNTInteractionCtrlArg> interactionCtrlArgOf(const QJsonObject &configuration);
+
+} // namespace znt
