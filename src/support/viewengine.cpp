@@ -100,7 +100,8 @@ void readFontsAndPictureFormats()
 void warmUpLooks()
 {
     static std::atomic_flag warm;
-    if (qGuiApp && !warm.test_and_set())
+    // Not qGuiApp, which is set by an application without windows too.
+    if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()) && !warm.test_and_set())
         QThreadPool::globalInstance()->start(readFontsAndPictureFormats);
 }
 

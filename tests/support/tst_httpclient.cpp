@@ -2,6 +2,8 @@
 
 #include "support/exchangetest.h"
 
+#include <ZNTAds/ZNTAdsSDK.h>
+
 using namespace znt;
 using namespace znt::test;
 using sandbox::Answer;
@@ -161,6 +163,13 @@ private slots:
         QVERIFY(server.waitForFinished());
         const QByteArray log = server.readAllStandardOutput();
         QVERIFY2(log.contains(":method: POST") && log.contains("recv DATA frame"), log.constData());
+    }
+
+    void aProcessWithoutWindowsRegisters()
+    {
+        ZNTAdsSDK::registerWithAppId("app", "media", "secret");
+        QVERIFY(exchange.waitForRequests("/conf.do", 1));
+        QThreadPool::globalInstance()->waitForDone();
     }
 
     void aClientThatDiesAnswersNobody()
