@@ -6,6 +6,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QSemaphore>
 #include <QThreadPool>
 
 #include <atomic>
@@ -101,8 +102,14 @@ void warmUpLooks()
 {
     static std::atomic_flag warm;
     // Not qGuiApp, which is set by an application without windows too.
-    if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()) && !warm.test_and_set())
-        QThreadPool::globalInstance()->start(readFontsAndPictureFormats);
+    if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()) || warm.test_and_set())
+        return;
+    static QSemaphore read;
+    qAddPostRoutine([] { read.acquire(); }); // fonts go with the application
+    QThreadPool::globalInstance()->start([] {
+        readFontsAndPictureFormats();
+        read.release();
+    });
 }
 
 void prepareLooks(const QString &name)
