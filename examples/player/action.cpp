@@ -54,6 +54,11 @@ std::optional<double> finite(const QString &text)
     return ok && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
+bool isTime(double seconds)
+{
+    return seconds >= 0 && seconds <= longestSeconds;
+}
+
 bool readNumbers(const QString &text, int count, QList<double> *numbers)
 {
     const QStringList parts = text.split(u',');
@@ -87,7 +92,7 @@ bool readArgument(const Form &form, const std::optional<QString> &argument, Acti
         return false;
     case Argument::Numbers:
         return readNumbers(*argument, form.count, &action->numbers)
-            && (form.kind != Kind::Pan || action->numbers.at(2) >= 0);
+            && (form.kind != Kind::Pan || isTime(action->numbers.at(2) / 1000));
     case Argument::File:
         action->name = *argument;
         return !argument->isEmpty();
@@ -103,7 +108,7 @@ std::optional<Action> readTimedAction(const QString &text)
 {
     const auto at = finite(text.section(u':', 0, 0));
     const Form *form = formOf(text.section(u':', 1, 1));
-    if (!at || *at < 0 || !form)
+    if (!at || !isTime(*at) || !form)
         return std::nullopt;
 
     Action action;

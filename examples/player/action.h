@@ -1,3 +1,5 @@
+constexpr double longestSeconds = 1'000'000; // a timer counts milliseconds in 31 bits
+
 // One thing that a script does at a point in time: `tap:skipButton`, `pan:120,0,200`, …
 #pragma once
 

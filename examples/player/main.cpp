@@ -12,8 +12,9 @@ namespace {
 
 using namespace player;
 
-int wrong(const QString &message)
+int wrong(QString message)
 {
+    message.replace(u'\n', u' '); // one line
     std::fprintf(stderr, "zntads-player: %s\n", qUtf8Printable(message));
     return 2;
 }
@@ -28,7 +29,6 @@ CommandLine read(int argc, char *argv[])
 
 int play(const Options &options, EventLog &events, int argc, char *argv[])
 {
-    settleProcess(options);
     QGuiApplication application(argc, argv);
     settleApplication(options);
 
@@ -55,6 +55,8 @@ int main(int argc, char *argv[])
     }
     if (!events.open(line.options.events))
         return wrong(line.options.events + u": "_s + events.errorString());
+    if (!settleProcess(line.options))
+        return wrong(line.options.dataDir + u": cannot be used as a folder"_s);
 
     const int status = play(line.options, events, argc, argv);
     events.write(u"exit"_s, {{u"status"_s, status}});

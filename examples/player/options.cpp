@@ -22,7 +22,6 @@ struct Definition
     Reader read;
 };
 
-constexpr double longestSeconds = 1'000'000; // a timer counts milliseconds in 31 bits
 constexpr double largestSide = 16384;
 
 QString expected(const char *what)
@@ -104,6 +103,8 @@ QString readBase(const QString &value, const QString &scheme, QUrl *url)
 
 QString readWhole(const QString &path, QByteArray *content)
 {
+    if (path.isEmpty())
+        return expected("a file");
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return file.errorString();
@@ -306,9 +307,8 @@ QString contradiction(const Options &options)
     return {};
 }
 
-CommandLine wrongLine(QString message)
+CommandLine wrongLine(const QString &message)
 {
-    message.replace(u'\n', u' ');
     return {CommandLine::Kind::Wrong, {}, message};
 }
 

@@ -61,7 +61,7 @@ struct CommandLine
 
     Kind kind = Kind::Wrong;
     Options options; // of Run
-    QString text;    // of Help: all of it; of Wrong: one line
+    QString text;    // of Help: all of it; of Wrong: what is off
 };
 
 CommandLine readCommandLine(const QStringList &arguments);

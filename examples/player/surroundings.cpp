@@ -9,14 +9,15 @@ namespace player {
 
 namespace {
 
-void keepUnder(const QDir &dir)
+bool keepUnder(const QDir &dir)
 {
     // The display's key lies in the home that is left behind.
     if (!qEnvironmentVariableIsSet("XAUTHORITY"))
         qputenv("XAUTHORITY", QFile::encodeName(QDir::home().filePath(u".Xauthority"_s)));
 
-    const auto keep = [&dir](const char *variable, const QString &folder) {
-        dir.mkpath(folder);
+    bool made = dir.mkpath(u"Documents"_s);
+    const auto keep = [&](const char *variable, const QString &folder) {
+        made = dir.mkpath(folder) && made;
         qputenv(variable, QFile::encodeName(QDir::cleanPath(dir.absoluteFilePath(folder))));
     };
     keep("HOME", u"."_s);
@@ -25,7 +26,7 @@ void keepUnder(const QDir &dir)
     keep("XDG_CACHE_HOME", u"cache"_s);
     keep("XDG_STATE_HOME", u"state"_s);
     keep("TMPDIR", u"tmp"_s);
-    dir.mkpath(u"Documents"_s);
+    return made;
 }
 
 // A settings file has no booleans, only these two texts.
@@ -40,13 +41,12 @@ QJsonValue typed(const QVariant &value)
 
 } // namespace
 
-void settleProcess(const Options &options)
+bool settleProcess(const Options &options)
 {
-    if (!options.dataDir.isEmpty())
-        keepUnder(QDir(options.dataDir));
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    return options.dataDir.isEmpty() || keepUnder(QDir(options.dataDir));
 }
 
 void settleApplication(const Options &options)

@@ -5,8 +5,9 @@
 
 namespace player {
 
-// Before the application object: where things are stored, and whether there is a display.
-void settleProcess(const Options &options);
+// Before the application object: where things are stored, and whether there is a display. False
+// when nothing can be stored there.
+bool settleProcess(const Options &options);
 
 // After it: the application's name, its user defaults, the trusted authorities.
 void settleApplication(const Options &options);

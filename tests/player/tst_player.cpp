@@ -159,7 +159,9 @@ private Q_SLOTS:
                  "--answer /nowhere splash", "--ca-file /dev/null splash",
                  "--events /nowhere/at/all splash", "--at tap splash", "--at -1:tap splash",
                  "--at 1:tap:a:b splash", "--at 1:pan:1,2 splash", "--at 1:shake:hard splash",
-                 "--at 1:dump: splash", "--no-show tour"})
+                 "--at 1:dump: splash", "--no-show tour", "--answer= splash", "--at 1e9:tap splash",
+                 "--at 1:pan:1,2,1e12 splash", "--data-dir /dev/null/x splash",
+                 "--two\nlines splash"})
             QTest::addRow("%s", arguments) << QString::fromLatin1(arguments);
     }
 
