@@ -27,8 +27,9 @@ struct Options
     QString logFile;
 };
 
-int fail(int status, const QString &message)
+int fail(int status, QString message)
 {
+    message.replace(u'\n', u' '); // one line
     std::fprintf(stderr, "zntads-exchange: %s\n", qUtf8Printable(message));
     return status;
 }
