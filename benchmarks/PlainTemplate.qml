@@ -38,7 +38,14 @@ Item {
         clip: true
         contentMode: "aspectFill"
         cornerRadius: 4
-        backgroundColor: "#F0F1F3"
+
+        Rectangle {
+            z: -1
+            anchors.fill: parent
+            visible: !(adImageView.hasImage && adImageView.ready)
+            radius: adImageView.cornerRadius
+            color: "#F0F1F3"
+        }
 
         Label {
             x: adImageView.width - 38
