@@ -42,12 +42,14 @@ FeedAdView {
             width: containerView.width
             height: 45
             backgroundColor: "#80000000"
+            cornerRadius: 4 // the picture's
 
             FeedTitle {
                 x: 12
                 y: 12.5
                 width: root.width - 94
                 height: 20
+                rightPadding: 8 // before the button
                 textColor: "white"
                 fontSize: 15
                 lines: 1
