@@ -40,6 +40,7 @@ public:
         setDelegate(ZNTDelegateRef<ZNTFeedDelegate>(delegate));
     }
     void setDelegate(const ZNTDelegateRef<ZNTFeedDelegate> &delegate);
+    ZNTDelegateRef<ZNTFeedDelegate> delegate() const;
 
     /// The ad position; null until set. An empty one is sent as it is.
     QString mediaId() const;
@@ -60,9 +61,11 @@ public:
     void callbackWithError(const ZNTError &error);
     /// The records of the latest usable answer, in its order.
     const QList<ZNTFeedAdDataPtr> &loadedAdDataArray() const;
-    /// The last record of the latest usable answer that had one, else null; it serves every click,
-    /// close and exposure notice of the template views.
+    /// The record that serves every click, close and exposure notice of the template views: the
+    /// last one of the latest usable answer that had one, else null.
     ZNTFeedAdDataPtr adData() const;
+    /// Puts another record in its place, until the next usable answer that has one.
+    void setAdData(const ZNTFeedAdDataPtr &adData);
 
     /// The template number of a style code; 0 for an unknown or missing one.
     qint64 getAdStyleFromString(const QString &code) const;

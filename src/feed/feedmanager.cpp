@@ -211,6 +211,11 @@ void ZNTFeedManager::setDelegate(const ZNTDelegateRef<ZNTFeedDelegate> &delegate
     d->delegate = delegate;
 }
 
+ZNTDelegateRef<ZNTFeedDelegate> ZNTFeedManager::delegate() const
+{
+    return d->delegate;
+}
+
 QString ZNTFeedManager::mediaId() const
 {
     return d->mediaId;
@@ -239,6 +244,11 @@ const QList<ZNTFeedAdDataPtr> &ZNTFeedManager::loadedAdDataArray() const
 ZNTFeedAdDataPtr ZNTFeedManager::adData() const
 {
     return d->adData;
+}
+
+void ZNTFeedManager::setAdData(const ZNTFeedAdDataPtr &adData)
+{
+    d->adData = adData;
 }
 
 const QHash<const ZNTFeedAdData *, QPointer<QQuickItem>> &ZNTFeedManager::registeredViews() const
