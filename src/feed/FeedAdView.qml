@@ -1,7 +1,7 @@
 import QtQuick
 import ZNTAds
 
-// What all feed templates look like: a clear ground that takes taps.
+// What all feed templates look like: a clear ground.
 Item {
     id: root
 
@@ -15,11 +15,6 @@ Item {
     Accessible.description: view.source
     Accessible.focusable: view.interactive
     Accessible.onPressAction: view.tapped()
-
-    TapHandler {
-        enabled: root.view.interactive
-        onTapped: root.view.tapped()
-    }
 
     Rectangle {
         anchors.fill: parent

@@ -1,5 +1,6 @@
 #include <ZNTAds/ZNTFeedAdView.h>
 
+#include "support/press.h"
 #include "support/remoteimage.h"
 #include "support/viewengine.h"
 
@@ -28,6 +29,7 @@ struct ZNTFeedAdView::Private
     QImage picture;
     QImage logo;
     bool showsLogo = false;
+    znt::Press press;
     // Counts the setups, so that what an earlier one has ordered is not shown.
     int setups = 0;
 };
@@ -79,6 +81,7 @@ void ZNTFeedAdView::setupWithAdsData(const ZNTFeedAdDataPtr &adData)
     d->title = shortened(adData->title());
     d->source = adData->source().isEmpty() ? QStringLiteral("广告") : shortened(adData->source());
     d->showsLogo = !adData->sourceLogo().isNull();
+    setAcceptedMouseButtons(Qt::LeftButton);
     Q_EMIT contentChanged();
     createLooks();
     load(adData->imageUrls().value(0), d->picture, &ZNTFeedAdView::pictureChanged);
@@ -163,18 +166,51 @@ void ZNTFeedAdView::itemChange(ItemChange change, const ItemChangeData &data)
     QMetaObject::invokeMethod(this, &ZNTFeedAdView::tellArrival, Qt::QueuedConnection);
 }
 
+// As an item that takes the press, not as a handler: what lies beneath hears nothing of the tap,
+// and a list may still take the press over when it becomes a drag.
+void ZNTFeedAdView::mousePressEvent(QMouseEvent *event)
+{
+    d->press.begin(event->position(), qint64(event->timestamp()));
+}
+
+void ZNTFeedAdView::mouseMoveEvent(QMouseEvent *event)
+{
+    d->press.move(event->position(), qint64(event->timestamp()));
+}
+
+void ZNTFeedAdView::mouseReleaseEvent(QMouseEvent *event)
+{
+    d->press.move(event->position(), qint64(event->timestamp()));
+    const bool isTap = d->press.isActive() && !d->press.isPan() && contains(event->position());
+    d->press.cancel();
+    if (isTap)
+        Q_EMIT tapped();
+}
+
+void ZNTFeedAdView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    event->accept(); // its press and release come as well
+}
+
+void ZNTFeedAdView::mouseUngrabEvent()
+{
+    d->press.cancel();
+}
+
 void ZNTFeedAdView::keyPressEvent(QKeyEvent *event)
 {
+    const bool isPress = !event->isAutoRepeat();
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
         event->setAccepted(isInteractive());
-        if (isInteractive())
+        if (isPress && isInteractive())
             Q_EMIT tapped();
         break;
     case Qt::Key_Escape:
-        Q_EMIT closeRequested();
+        if (isPress)
+            Q_EMIT closeRequested();
         break;
     default:
         event->ignore();

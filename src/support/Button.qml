@@ -19,6 +19,10 @@ Rectangle {
         if (interactive)
             clicked();
     }
+    function pressKey(event) {
+        if (!event.isAutoRepeat)
+            click();
+    }
 
     id: button
     visible: !hidden
@@ -29,9 +33,9 @@ Rectangle {
     Accessible.name: text
     Accessible.focusable: true
     Accessible.onPressAction: click()
-    Keys.onSpacePressed: click()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onSpacePressed: event => pressKey(event)
+    Keys.onReturnPressed: event => pressKey(event)
+    Keys.onEnterPressed: event => pressKey(event)
 
     TapHandler {
         gesturePolicy: TapHandler.ReleaseWithinBounds

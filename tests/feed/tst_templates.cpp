@@ -5,6 +5,9 @@
 #include <ZNTAds/ZNTFeedManager.h>
 #include <ZNTAds/ZNTMixedAdView.h>
 
+#include <QQmlComponent>
+#include <QQmlEngine>
+
 using namespace znt::test;
 
 namespace {
@@ -42,6 +45,7 @@ class TestTemplates : public QObject
 
 private:
     TrustedExchange exchange;
+    QQmlEngine engine;
     QQuickWindow window;
     Listener listener;
     std::unique_ptr<ZNTFeedAdView> view;
@@ -244,8 +248,60 @@ private slots:
         QTest::keyClick(&window, Qt::Key_Escape);
         QTest::keyClick(&window, Qt::Key_Tab);
         QTest::keyClick(&window, Qt::Key_Space);
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Space, {}, {}, true);
+        QCoreApplication::sendEvent(&window, &held);
+        QCoreApplication::sendEvent(view.get(), &held);
         QCoreApplication::processEvents();
         QCOMPARE(listener.heard, QStringList({"exposure", "click", "close", "close"}));
+    }
+
+    void keepsItsTapsToItself()
+    {
+        QQmlComponent component(&engine);
+        component.setData(R"(import QtQuick
+            Flickable {
+                id: list
+                property Item row: Item {
+                    parent: list.contentItem; width: 375; height: 200
+                    TapHandler { onTapped: ++list.taps }
+                    MouseArea { anchors.fill: parent; onClicked: ++list.taps }
+                }
+                property int taps
+                width: 375; height: 200; contentHeight: 900
+            })",
+            {});
+        const std::unique_ptr<QQuickItem> list(qobject_cast<QQuickItem *>(component.create()));
+        QVERIFY2(list, qPrintable(component.errorString()));
+        list->setParentItem(window.contentItem());
+        view = create(1);
+        view->setParentItem(list->property("row").value<QQuickItem *>());
+        view->setupWithAdsData(record());
+        QCoreApplication::processEvents();
+        const auto slide = [this](const QPoint &by) {
+            const QPoint from(200, 150);
+            QTest::mousePress(&window, Qt::LeftButton, {}, from);
+            for (int i = 1; i <= 4; ++i)
+                QTest::mouseMove(&window, from + by * i / 4);
+            QTest::mouseRelease(&window, Qt::LeftButton, {}, from + by);
+            QCoreApplication::processEvents();
+        };
+        slide({3, 0});
+        QCOMPARE(listener.heard, QStringList({"exposure", "click"}));
+        slide({90, 0});
+        slide({0, -90});
+        QVERIFY(list->property("contentY").toReal() > 20);
+        QCOMPARE(list->property("taps"), 0);
+
+        auto *finger = QTest::createTouchDevice();
+        list->setProperty("contentY", 0);
+        for (int i = 0; i < 3; ++i) {
+            const QPoint close(352, 23);
+            QTest::touchEvent(&window, finger).press(0, close);
+            QTest::touchEvent(&window, finger).release(0, close);
+        }
+        QCoreApplication::processEvents();
+        QCOMPARE(listener.heard, QStringList({"exposure", "click", "close", "close", "close"}));
+        view.reset();
     }
 
     void tellsOfEachArrivalInAWindow()
