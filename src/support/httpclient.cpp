@@ -256,7 +256,8 @@ QNetworkReply *HttpClient::request(const HttpRequest &request)
     QNetworkRequest wire(request.url);
     wire.setAttribute(
         QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    wire.setTransferTimeout(int(m_limits.inactivity.count()));
+    if (m_limits.inactivity < m_limits.total) // Qt's timer may fire half a second too soon
+        wire.setTransferTimeout(int(m_limits.inactivity.count()));
     for (const auto &[name, value] : request.headers)
         wire.setRawHeader(name, value);
     if (m_limits.mayResend && request.method == "GET")

@@ -32,7 +32,7 @@ struct HttpAnswer
 
 struct HttpLimits
 {
-    std::chrono::milliseconds inactivity{15'000};
+    std::chrono::milliseconds inactivity{15'000}; // matters where it is less than the total
     std::chrono::milliseconds total{15'000};
     // Of the body as it arrives and of what it expands to.
     qint64 bytes = 16 * 1024 * 1024;
