@@ -1,4 +1,6 @@
 // What it costs to look whether a feed ad is seen, beside a walk that asks Qt to map each step.
+#include "slice.h"
+
 #include "support/visibleshare.h"
 
 #include <ZNTAds/ZNTFeedManager.h>
@@ -9,8 +11,6 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QThread>
-
-#include <ctime>
 
 namespace {
 
@@ -91,13 +91,6 @@ void oneAdOfAList(benchmark::State &state)
         }
         benchmark::DoNotOptimize(shares.of(feed.ads[i++]));
     }
-}
-
-double threadSeconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return double(time.tv_sec) + double(time.tv_nsec) * 1e-9;
 }
 
 // The main thread's work in a tenth of a second.

@@ -4,7 +4,6 @@
 #include "diagnostics/log.h"
 #include "support/endpoints.h"
 #include "support/safearea.h"
-#include "support/viewengine.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 
@@ -51,7 +50,6 @@ void ZNTAdsSDK::registerWithAppId(
     manager->setTestMode(sIsTestMode);
     manager->setLogEnabled(sIsLogEnabled);
     manager->initializeWithAppId(appId, mediaId, secret);
-    znt::warmUpLooks();
     sIsInitialized = true;
     if (sIsLogEnabled)
         znt::logInfo(

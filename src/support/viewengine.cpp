@@ -2,14 +2,13 @@
 
 #include <QGuiApplication>
 #include <QImageReader>
-#include <QPainter>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
-#include <QSemaphore>
-#include <QThreadPool>
+#include <QTextLayout>
+#include <QTimer>
 
-#include <atomic>
+#include <functional>
 #include <memory>
 
 namespace znt {
@@ -87,41 +86,40 @@ ViewEngine *startedEngine()
     return engine;
 }
 
-void readFontsAndPictureFormats()
+// What Qt reads at its first use in a process and the first looks would otherwise wait for.
+void readFonts()
 {
-    QImage page(16, 16, QImage::Format_ARGB32_Premultiplied);
-    QPainter painter(&page);
-    painter.setFont(QFont(QStringLiteral("Noto Sans CJK SC"))); // the labels'
-    painter.drawText(page.rect(), QStringLiteral("广A"));
+    QFont font(QStringLiteral("Noto Sans CJK SC")); // the labels'
+    font.setPixelSize(17);
+    QTextLayout layout(QStringLiteral("广A"), font);
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+}
+
+void readPictureFormats()
+{
     QImageReader::supportedImageFormats();
+}
+
+// Each step in a turn of the event loop of its own.
+void takeTurns(const QList<std::function<void()>> &steps)
+{
+    if (steps.isEmpty())
+        return;
+    QTimer::singleShot(0, qApp, [steps] {
+        steps.first()();
+        takeTurns(steps.mid(1));
+    });
 }
 
 } // namespace
 
-void warmUpLooks()
-{
-    static std::atomic_flag warm;
-    // Not qGuiApp, which is set by an application without windows too.
-    if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()) || warm.test_and_set())
-        return;
-    static QSemaphore read;
-    qAddPostRoutine([] { read.acquire(); }); // fonts go with the application
-    QThreadPool::globalInstance()->start([] {
-        readFontsAndPictureFormats();
-        read.release();
-    });
-}
-
 void prepareLooks(const QString &name)
 {
-    // The first one makes the engine, which is enough for one turn of the event loop.
-    QMetaObject::invokeMethod(
-        qApp,
-        [name] {
-            if (ViewEngine *with = startedEngine())
-                with->prepare(name);
-        },
-        Qt::QueuedConnection);
+    if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+        return;
+    takeTurns({[name] { startedEngine()->prepare(name); }, readFonts, readPictureFormats});
 }
 
 QQuickItem *createLooks(QQuickItem *view, const QString &name)

@@ -19,11 +19,8 @@ namespace znt {
 // outlive it stay valid items whose bindings no longer follow.
 ZNTADS_INTERNAL QQuickItem *createLooks(QQuickItem *view, const QString &name);
 
-// Loads `name`.qml in the background, soon, so that createLooks() need not. Main thread.
+// Loads `name`.qml, and what the first looks of a process need besides, in the background and in
+// short turns of the event loop, so that createLooks() need not. Main thread.
 ZNTADS_INTERNAL void prepareLooks(const QString &name);
-
-// Has Qt read its fonts and picture formats in the background, once, which else the first looks of
-// the process would wait for. Does nothing without a QGuiApplication. Any thread.
-ZNTADS_INTERNAL void warmUpLooks();
 
 } // namespace znt
