@@ -26,6 +26,13 @@ class ZNTADS_EXPORT ZNTSplashManager : public QObject, public ZNTSplashDelegate
 {
     Q_OBJECT
     Q_INTERFACES(ZNTSplashDelegate)
+    Q_PROPERTY(QString mediaId READ mediaId WRITE setMediaId)
+    Q_PROPERTY(qint64 adStyle READ adStyle WRITE setAdStyle)
+    Q_PROPERTY(QQuickItem *bottomView READ bottomView WRITE setBottomView)
+    Q_PROPERTY(QQuickItem *showAdController READ showAdController WRITE setShowAdController)
+    Q_PROPERTY(bool portrait READ portrait WRITE setPortrait)
+    Q_PROPERTY(qint64 remainingTime READ remainingTime)
+    Q_PROPERTY(bool hasReportedExposure READ hasReportedExposure)
 
 public:
     explicit ZNTSplashManager(QObject *parent = nullptr);
