@@ -40,6 +40,7 @@ public:
         setDelegate(ZNTDelegateRef<ZNTFeedDelegate>(delegate));
     }
     void setDelegate(const ZNTDelegateRef<ZNTFeedDelegate> &delegate);
+    /// Who hears of the ads; empty when there is nobody any more.
     ZNTDelegateRef<ZNTFeedDelegate> delegate() const;
 
     /// The ad position; null until set. An empty one is sent as it is.

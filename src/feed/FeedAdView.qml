@@ -11,7 +11,7 @@ Item {
     activeFocusOnTab: view.interactive
 
     Accessible.role: Accessible.Link
-    Accessible.name: view.title
+    Accessible.name: view.title || view.source
     Accessible.description: view.source
     Accessible.focusable: view.interactive
     Accessible.onPressAction: view.tapped()
