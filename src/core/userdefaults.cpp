@@ -8,12 +8,15 @@ namespace znt::userdefaults {
 
 namespace {
 
-// QSettings keeps nothing without an organisation; an application that names none stands in for it.
+// The application's own. They keep nothing without an organisation; an application that names none
+// stands in for it.
 QSettings settings()
 {
     const QString name = QCoreApplication::applicationName();
-    const QString organization = QCoreApplication::organizationName();
-    return QSettings(organization.isEmpty() ? name : organization, name);
+    if (QCoreApplication::organizationName().isEmpty()
+        && QCoreApplication::organizationDomain().isEmpty())
+        return QSettings(QSettings::defaultFormat(), QSettings::UserScope, name, name);
+    return QSettings();
 }
 
 // One thread: values reach the disk in the order in which they were stored.

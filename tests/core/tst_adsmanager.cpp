@@ -48,7 +48,6 @@ private:
 private slots:
     void initTestCase()
     {
-        QCoreApplication::setOrganizationName("ZNTAds tests");
         QCoreApplication::setOrganizationDomain("tests.example");
         QCoreApplication::setApplicationVersion("3.2.1");
         QSettings stored;
