@@ -16,34 +16,23 @@ private:
     TrustedExchange exchange;
     ZNTAdsManager *manager = nullptr;
 
-    struct Outcome
+    // None when the request succeeds.
+    std::optional<ZNTError> failure(const QString &position, int patience = 5000)
     {
-        std::optional<QJsonObject> response;
-        std::optional<ZNTError> error;
-        QThread *thread = nullptr;
-    };
-
-    Outcome request(const char *position, int patience = 5000)
-    {
-        Outcome outcome;
+        bool isAnswered = false;
+        std::optional<ZNTError> failure;
         manager->requestAdWithPositionId(
-            position, 0.5,
-            [&outcome](const QJsonObject &response) {
-                outcome.response = response;
-                outcome.thread = QThread::currentThread();
-            },
-            [&outcome](const ZNTError &error) { outcome.error = error; });
-        if (!QTest::qWaitFor([&] { return outcome.response || outcome.error; }, patience))
+            position, 0.5, [&](const QJsonObject &) { isAnswered = true; },
+            [&](const ZNTError &error) {
+                isAnswered = true;
+                failure = error;
+            });
+        if (!QTest::qWaitFor([&] { return isAnswered; }, patience))
             qFatal("the request was never answered");
-        return outcome;
+        return failure;
     }
 
-    QString failedDomain(const char *position)
-    {
-        return request(position).error.value_or(ZNTError()).domain();
-    }
-
-    sandbox::Request lastAdRequest() const { return exchange.requests("/s/req2.do").constLast(); }
+    sandbox::Request last(const char *path) const { return exchange.requests(path).constLast(); }
 
 private slots:
     void initTestCase()
@@ -74,10 +63,10 @@ private slots:
         QVERIFY(manager->freqCtrlArg());
 
         exchange.setSecret("");
-        QVERIFY(request("splash").response);
-        QVERIFY(*lastAdRequest().signatureOk);
-        QCOMPARE(lastAdRequest().json()[u"test"], 0);
-        QCOMPARE(lastAdRequest().json()[u"app"][u"appId"], "");
+        QVERIFY(!failure("splash"));
+        QVERIFY(*last("/s/req2.do").signatureOk);
+        QCOMPARE(last("/s/req2.do").json()[u"test"], 0);
+        QCOMPARE(last("/s/req2.do").json()[u"app"][u"appId"], "");
         exchange.setSecret("s3cret");
     }
 
@@ -134,10 +123,8 @@ private slots:
 
     void onTheWire()
     {
-        const Outcome outcome = request("splash");
-        QVERIFY(outcome.response);
-        QCOMPARE(outcome.thread, qApp->thread());
-        const sandbox::Request sent = lastAdRequest();
+        QVERIFY(!failure("splash"));
+        const sandbox::Request sent = last("/s/req2.do");
         QCOMPARE(sent.method, QByteArray("POST"));
         QVERIFY(*sent.signatureOk);
         QByteArrayList names;
@@ -172,7 +159,7 @@ private slots:
     {
         const auto errorOf = [this](const QByteArray &body) {
             exchange.setAnswer("shape", body);
-            return request("shape").error.value_or(ZNTError());
+            return failure("shape").value_or(ZNTError());
         };
         for (const char *success : {R"({"code": 200})", R"({"code": "200 ok"})"})
             QCOMPARE(errorOf(success), ZNTError());
@@ -191,20 +178,20 @@ private slots:
 
     void faultsOfTheWire()
     {
-        QCOMPARE(failedDomain("dropped"), "QNetworkReply");
+        QCOMPARE(failure("dropped")->domain(), "QNetworkReply");
         QCOMPARE(exchange.requests("/s/req2.do").size(), 1);
-        QCOMPARE(failedDomain("truncated"), "QNetworkReply");
-        QVERIFY(request("gzip").response);
-        QVERIFY(request("wrong-types").response);
+        QCOMPARE(failure("truncated")->domain(), "QNetworkReply");
+        QVERIFY(!failure("gzip"));
+        QVERIFY(!failure("wrong-types"));
 
         // The status is not looked at.
         sandbox::Answer unhappy = sandbox::jsonAnswer({{"code", 200}});
         unhappy.status = 500;
         exchange.setAnswer("unhappy", unhappy);
-        QVERIFY(request("unhappy").response);
+        QVERIFY(!failure("unhappy"));
 
         exchange.setSecret("another");
-        QCOMPARE(failedDomain("splash"), "ZNTAdsManager");
+        QCOMPARE(failure("splash")->domain(), "ZNTAdsManager");
         exchange.setSecret("s3cret");
     }
 
@@ -212,7 +199,7 @@ private slots:
     {
         QElapsedTimer timer;
         timer.start();
-        QCOMPARE(request("slow", 20'000).error->code(), QNetworkReply::TimeoutError);
+        QCOMPARE(failure("slow", 20'000)->code(), QNetworkReply::TimeoutError);
         QVERIFY(timer.elapsed() > 14'900 && timer.elapsed() < 17'000);
     }
 
@@ -235,15 +222,12 @@ private slots:
                 1, "ad-1", ext, [&accepted](bool success, const auto &) { accepted = success; });
             return QTest::qWaitFor([&accepted] { return accepted.has_value(); });
         };
-        const auto lastBody = [this] {
-            return exchange.requests("/s/negfb.do").constLast().json();
-        };
         QVERIFY(send(QJsonValue::Undefined));
         QVERIFY(*accepted);
-        QCOMPARE(lastBody().keys(),
+        QCOMPARE(last("/s/negfb.do").json().keys(),
             QStringList({"apiVersion", "app", "bizId", "device", "id", "negTye"}));
         QVERIFY(send(QJsonObject{{"why", 1}}));
-        QCOMPARE(lastBody()[u"ext"][u"why"], 1);
+        QCOMPARE(last("/s/negfb.do").json()[u"ext"][u"why"], 1);
         exchange.setSecret("another");
         QVERIFY(send({}));
         QVERIFY(!*accepted);
@@ -252,9 +236,8 @@ private slots:
 
     void exposureRatio()
     {
-        const QList<QPair<double, double>> kept{
-            {150.0, 100.0}, {-5.0, 0.0}, {qQNaN(), 0.0}, {33.3, 33.3}};
-        for (const auto &[given, expected] : kept) {
+        for (const auto &[given, expected] :
+            {std::pair(150.0, 100.0), {-5.0, 0.0}, {qQNaN(), 0.0}, {33.3, 33.3}}) {
             manager->setExposureRatio(given);
             QCOMPARE(manager->currentExposureRatio(), expected);
         }

@@ -7,6 +7,8 @@
 #include <semaphore>
 #include <thread>
 
+using namespace znt::test;
+
 namespace {
 
 constexpr int threadCount = 4;
@@ -15,12 +17,6 @@ constexpr int linesOfThread = 50'000;
 ZNTLogManager *logger()
 {
     return ZNTLogManager::sharedInstance();
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 struct Export
@@ -91,8 +87,40 @@ class tst_logger : public QObject
 {
     Q_OBJECT
 
+private:
+    static void endsWith(const QString &ending)
+    {
+        const QTemporaryDir home;
+        QProcess child;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("HOME", home.path());
+        environment.insert("TMPDIR", home.path());
+        environment.insert("ZNT_TEST_ENDING", ending);
+        if (ending == "fork") // the second child lacks the thread that owns GLib's state
+            environment.insert("LSAN_OPTIONS", "detect_leaks=0");
+        child.setProcessEnvironment(environment);
+        child.start(QCoreApplication::applicationFilePath(), {});
+        QVERIFY2(child.waitForFinished(60'000) && child.exitCode() == 0, qPrintable(ending));
+
+        const QDir logs(home.filePath("Documents/Logs"));
+        const QByteArray text = contents(logs.filePath(logs.entryList(QDir::Files).value(0)));
+        // The console has had the same lines.
+        QCOMPARE(child.readAllStandardError().size(), text.size());
+        QList<QByteArray> lines = text.split('\n');
+        QCOMPARE(lines.takeLast(), QByteArray());
+        QVERIFY(lines.takeLast().endsWith("][INFO] last"));
+        QCOMPARE(lines.size(), threadCount * linesOfThread);
+        int next[threadCount] = {};
+        for (const QByteArray &line : lines) {
+            const QList<QByteArray> words = line.split(' '); // date, time, "thread", i, "line", k
+            const int thread = words.value(3).toInt();
+            QVERIFY2(words.size() == 6 && words[5].toInt() == next[thread]++, line.constData());
+        }
+    }
+
 private slots:
-    void init() { znt::test::failOnWarnings(); }
+    void init() { failOnWarnings(); }
+
     void writesNothingWhileOff()
     {
         const QString path = logger()->currentLogFilePath();
@@ -191,46 +219,10 @@ private slots:
         logger()->exportLogsWithCompletion({});
     }
 
-    void losesNothingAtTheEnd_data()
-    {
-        QTest::addColumn<QString>("ending");
-        QTest::newRow("returning from main") << "return";
-        QTest::newRow("logging in an exit handler") << "late";
-        QTest::newRow("exiting in a completion") << "completion";
-        QTest::newRow("after a fork") << "fork";
-        QTest::newRow("switched off at the end") << "off";
-    }
-
     void losesNothingAtTheEnd()
     {
-        QFETCH(const QString, ending);
-        const QTemporaryDir home;
-        QProcess child;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("HOME", home.path());
-        environment.insert("TMPDIR", home.path());
-        environment.insert("ZNT_TEST_ENDING", ending);
-        if (ending == "fork") // the second child lacks the thread that owns GLib's state
-            environment.insert("LSAN_OPTIONS", "detect_leaks=0");
-        child.setProcessEnvironment(environment);
-        child.start(QCoreApplication::applicationFilePath(), {});
-        QVERIFY(child.waitForFinished(60'000));
-        QCOMPARE(child.exitCode(), 0);
-
-        const QDir logs(home.filePath("Documents/Logs"));
-        const QByteArray text = contents(logs.filePath(logs.entryList(QDir::Files).value(0)));
-        // The console has had the same lines.
-        QCOMPARE(child.readAllStandardError().size(), text.size());
-        QList<QByteArray> lines = text.split('\n');
-        QCOMPARE(lines.takeLast(), QByteArray());
-        QVERIFY(lines.takeLast().endsWith("][INFO] last"));
-        QCOMPARE(lines.size(), threadCount * linesOfThread);
-        int next[threadCount] = {};
-        for (const QByteArray &line : lines) {
-            const QList<QByteArray> words = line.split(' '); // date, time, "thread", i, "line", k
-            const int thread = words.value(3).toInt();
-            QVERIFY2(words.size() == 6 && words[5].toInt() == next[thread]++, line.constData());
-        }
+        for (const char *ending : {"return", "late", "completion", "fork", "off"})
+            endsWith(ending);
     }
 
     void describesErrors()

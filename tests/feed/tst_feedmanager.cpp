@@ -16,7 +16,7 @@ class TestFeedManager : public QObject
 private:
     TrustedExchange exchange;
     HostApplication application;
-    QQuickWindow window;
+    ShownWindow window{{200, 200}};
     Host host;
     std::unique_ptr<ZNTFeedManager> manager;
 
@@ -69,13 +69,7 @@ private:
     }
 
 private slots:
-    void initTestCase()
-    {
-        ZNTAdsSDK::setLogEnabled(false);
-        window.resize(200, 200);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-    }
+    void initTestCase() { ZNTAdsSDK::setLogEnabled(false); }
 
     void init()
     {

@@ -1,12 +1,10 @@
 #include "support/frames.h"
+#include "support/hand.h"
 #include "support/host.h"
 
 #include <ZNTAds/ZNTFeedAdView.h>
 #include <ZNTAds/ZNTFeedManager.h>
 #include <ZNTAds/ZNTMixedAdView.h>
-
-#include <QQmlComponent>
-#include <QQmlEngine>
 
 using namespace znt::test;
 
@@ -45,8 +43,7 @@ class TestTemplates : public QObject
 
 private:
     TrustedExchange exchange;
-    QQmlEngine engine;
-    QQuickWindow window;
+    ShownWindow window{{500, 400}};
     Listener listener;
     std::unique_ptr<ZNTFeedAdView> view;
 
@@ -72,13 +69,6 @@ private:
     }
 
 private slots:
-    void initTestCase()
-    {
-        window.resize(500, 400);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-    }
-
     void init() { failOnWarnings(); }
 
     void cleanup()
@@ -102,49 +92,38 @@ private slots:
         QVERIFY(!manager.createAdViewWithStyle(-1, {1, 1}));
     }
 
-    void laysOut_data()
-    {
-        QTest::addColumn<int>("style");
-        QTest::addColumn<QSizeF>("size");
-        QTest::addColumn<QString>("frames");
-        const auto add = [](int style, const char *frames, const QSizeF &size = {375, 200}) {
-            QTest::addRow("%d, %g high", style, size.height()) << style << size << frames;
-        };
-        add(0, "closeButton 341 12 22 22 adImageView 12 12 351 176 adLabel 306 141 30 20");
-        add(1, R"(closeButton 341 12 22 22 adImageView 12 12 351 120
-            titleLabel 12 140 351 44 logoImageView 313 92 30 20)");
-        add(2, R"(closeButton 341 12 22 22 titleLabel 12 12 251 44 adImageView 12 68 351 120
-            adLabel 313 92 30 20)");
-        add(3, R"(closeButton 341 12 22 22 titleLabel 12 12 251 44 adImageView 12 68 351 120
-            adLabel 303 90 36 18 logoImageView 303 90 36 18)");
-        add(3, "adImageView 12 68 276 220", {300, 300});
-        add(4, R"(closeButton 337.5 15 30 30 mainImageView 15 15 345 150
-            adLabel 307 122 30 20 titleLabel 15 180 345 40)");
-        add(5, R"(closeButton 343 10 22 22 containerView 12 12 351 176 adImageView 0 0 351 176
-            overlayView 0 131 351 45 titleLabel 12 12.5 281 20 actionButton 293 7.5 70 30
-            adLabel 12 12 30 20)");
-        add(6, R"(closeButton 341 12 22 22 titleLabel 12 12 321 54
-            imageContainer 12 78 351 117 imageViews[2] 239.333 0 111.667 117)");
-        add(7, R"(closeButton 341 12 22 22 adImageView 12 0 88 100 titleLabel 112 12 221 76
-            adLabel 50 72 30 20)",
-            {375, 100});
-        add(8, R"(closeButton 341 12 22 22 adImageView 287 12 76 76 titleLabel 12 12 251 76
-            logoImageView 38 48 30 20)",
-            {375, 100});
-    }
-
     void laysOut()
     {
-        QFETCH(int, style);
-        QFETCH(QSizeF, size);
-        QFETCH(QString, frames);
-        view = create(style, size);
-        view->setupWithAdsData(record(QString(60, u'宽')));
-        const auto frame = [this](const QString &name) {
-            const QQuickItem *item = part(qPrintable(name));
-            return item ? QRectF(item->position(), item->size()) : QRectF();
-        };
-        QCOMPARE(framesNow(frames, frame), frames.simplified());
+        const QSizeF size(375, 200), flat(375, 100);
+        const std::tuple<int, QSizeF, QString> rows[] = {
+            {0, size, "closeButton 341 12 22 22 adImageView 12 12 351 176 adLabel 306 141 30 20"},
+            {1, size, R"(closeButton 341 12 22 22 adImageView 12 12 351 120
+                titleLabel 12 140 351 44 logoImageView 313 92 30 20)"},
+            {2, size, R"(closeButton 341 12 22 22 titleLabel 12 12 251 44
+                adImageView 12 68 351 120 adLabel 313 92 30 20)"},
+            {3, size, R"(closeButton 341 12 22 22 titleLabel 12 12 251 44
+                adImageView 12 68 351 120 adLabel 303 90 36 18 logoImageView 303 90 36 18)"},
+            {3, {300, 300}, "adImageView 12 68 276 220"},
+            {4, size, R"(closeButton 337.5 15 30 30 mainImageView 15 15 345 150
+                adLabel 307 122 30 20 titleLabel 15 180 345 40)"},
+            {5, size, R"(closeButton 343 10 22 22 containerView 12 12 351 176
+                adImageView 0 0 351 176 overlayView 0 131 351 45 titleLabel 12 12.5 281 20
+                actionButton 293 7.5 70 30 adLabel 12 12 30 20)"},
+            {6, size, R"(closeButton 341 12 22 22 titleLabel 12 12 321 54
+                imageContainer 12 78 351 117 imageViews[2] 239.333 0 111.667 117)"},
+            {7, flat, R"(closeButton 341 12 22 22 adImageView 12 0 88 100 titleLabel 112 12 221 76
+                adLabel 50 72 30 20)"},
+            {8, flat, R"(closeButton 341 12 22 22 adImageView 287 12 76 76 titleLabel 12 12 251 76
+                logoImageView 38 48 30 20)"}};
+        for (const auto &[style, given, frames] : rows) {
+            view = create(style, given);
+            view->setupWithAdsData(record(QString(60, u'宽')));
+            const auto frame = [this](const QString &name) {
+                const QQuickItem *item = part(qPrintable(name));
+                return item ? QRectF(item->position(), item->size()) : QRectF();
+            };
+            QCOMPARE(framesNow(frames, frame), frames.simplified());
+        }
     }
 
     void fitsIntoAnySize()
@@ -257,8 +236,8 @@ private slots:
 
     void keepsItsTapsToItself()
     {
-        QQmlComponent component(&engine);
-        component.setData(R"(import QtQuick
+        QQmlEngine engine;
+        const auto object = created(&engine, R"(import QtQuick
             Flickable {
                 id: list
                 property Item row: Item {
@@ -268,37 +247,24 @@ private slots:
                 }
                 property int taps
                 width: 375; height: 200; contentHeight: 900
-            })",
-            {});
-        const std::unique_ptr<QQuickItem> list(qobject_cast<QQuickItem *>(component.create()));
-        QVERIFY2(list, qPrintable(component.errorString()));
+            })");
+        auto *list = qobject_cast<QQuickItem *>(object.get());
         list->setParentItem(window.contentItem());
         view = create(1);
         view->setParentItem(list->property("row").value<QQuickItem *>());
         view->setupWithAdsData(record());
         QCoreApplication::processEvents();
-        const auto slide = [this](const QPoint &by) {
-            const QPoint from(200, 150);
-            QTest::mousePress(&window, Qt::LeftButton, {}, from);
-            for (int i = 1; i <= 4; ++i)
-                QTest::mouseMove(&window, from + by * i / 4);
-            QTest::mouseRelease(&window, Qt::LeftButton, {}, from + by);
-            QCoreApplication::processEvents();
-        };
-        slide({3, 0});
+        dragMouse(&window, {200, 150}, {3, 0});
+        QCoreApplication::processEvents();
         QCOMPARE(listener.heard, QStringList({"exposure", "click"}));
-        slide({90, 0});
-        slide({0, -90});
+        for (const QPoint way : {QPoint(90, 0), QPoint(0, -90)})
+            dragMouse(&window, {200, 150}, way);
         QVERIFY(list->property("contentY").toReal() > 20);
         QCOMPARE(list->property("taps"), 0);
 
-        auto *finger = QTest::createTouchDevice();
         list->setProperty("contentY", 0);
-        for (int i = 0; i < 3; ++i) {
-            const QPoint close(352, 23);
-            QTest::touchEvent(&window, finger).press(0, close);
-            QTest::touchEvent(&window, finger).release(0, close);
-        }
+        for (int i = 0; i < 3; ++i)
+            tapFinger(&window, {352, 23}); // the close button
         QCoreApplication::processEvents();
         QCOMPARE(listener.heard, QStringList({"exposure", "click", "close", "close", "close"}));
         view.reset();

@@ -5,15 +5,14 @@
 
 namespace znt::test {
 
-class ScreenWindow : public QQuickWindow
+class ScreenWindow : public ShownWindow
 {
 public:
     explicit ScreenWindow(QSize size = {375, 812})
+        : ShownWindow(size)
+        , screen(new QQuickItem(contentItem()))
     {
-        resize(size);
-        screen = new QQuickItem(contentItem());
         screen->setSize(size);
-        show();
         requestActivate();
         if (!QTest::qWaitForWindowActive(this))
             qFatal("no window");
@@ -29,7 +28,7 @@ public:
     }
     void tap(const QString &name) { QTest::mouseClick(this, Qt::LeftButton, {}, centre(name)); }
 
-    QPointer<QQuickItem> screen;
+    const QPointer<QQuickItem> screen;
 
 private:
     static QQuickItem *under(QQuickItem *item, const QString &name)

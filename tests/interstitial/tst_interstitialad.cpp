@@ -28,98 +28,72 @@ private:
 private slots:
     void init() { failOnWarnings(); }
 
-    void laysOut_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QMarginsF>("insets");
-        QTest::addColumn<QString>("frames");
-        QTest::newRow("small phone") << QSize(320, 568) << QMarginsF() << R"(
-            containerView 0 0 320 568 adImageView 32 130.4 256 307.2 logoImageView 208 257.2 36 18
-            adLabel 208 257.2 36 18 bottomInfoView 0 263.2 256 44 descLabel 15 0 141 44
-            skipButton 218 140.4 60 25)";
-        QTest::newRow("phone, insets that matter to nothing")
-            << QSize(375, 812) << QMarginsF(0, 44, 0, 34)
-            << "adImageView 37.5 226 300 360 skipButton 267.5 236 60 25";
-        QTest::newRow("button only just on screen") << QSize(
-            500, 460) << QMarginsF() << "adImageView 50 -10 400 480 skipButton 380 0 60 25";
-        QTest::newRow("landscape with bars, the button would be off screen")
-            << QSize(812, 375) << QMarginsF(44, 24, 44, 21)
-            << "adImageView 81.2 -202.26 649.6 779.52 skipButton 660.8 34 60 25";
-        QTest::newRow("smaller than the button") << QSize(50, 20) << QMarginsF() << R"(
-            containerView 0 0 50 20 adImageView 5 -14 40 48 descLabel 15 0 -75 44
-            skipButton -5 -2.5 60 25)";
-    }
-
     void laysOut()
     {
-        QFETCH(QSize, size);
-        QFETCH(QMarginsF, insets);
-        QFETCH(QString, frames);
-        SafeArea::instance()->setInsets(insets);
+        const std::tuple<QSize, QMarginsF, QString> rows[] = {
+            {{320, 568}, {}, R"(containerView 0 0 320 568 adImageView 32 130.4 256 307.2
+                logoImageView 208 257.2 36 18 adLabel 208 257.2 36 18
+                bottomInfoView 0 263.2 256 44 descLabel 15 0 141 44 skipButton 218 140.4 60 25)"},
+            {{375, 812}, {0, 44, 0, 34}, // insets that matter to nothing
+                "adImageView 37.5 226 300 360 skipButton 267.5 236 60 25"},
+            {{500, 460}, {}, // the button only just on screen
+                "adImageView 50 -10 400 480 skipButton 380 0 60 25"},
+            {{812, 375}, {44, 24, 44, 21}, // it would be off screen
+                "adImageView 81.2 -202.26 649.6 779.52 skipButton 660.8 34 60 25"},
+            {{50, 20}, {}, R"(containerView 0 0 50 20 adImageView 5 -14 40 48
+                descLabel 15 0 -75 44 skipButton -5 -2.5 60 25)"}};
+        for (const auto &[size, insets, frames] : rows) {
+            SafeArea::instance()->setInsets(insets);
+            ScreenWindow window(size);
+            Host host;
+            const auto ad = shown(window.screen, &host);
+            const auto now = [&, &text = frames] {
+                return framesNow(text, [&](const QString &name) {
+                    const QQuickItem *item = window.subview(name);
+                    return QRectF(item->position(), item->size());
+                });
+            };
+            QCOMPARE(now(), frames.simplified());
 
-        ScreenWindow window(size);
-        Host host;
-        const auto ad = shown(window.screen, &host);
-        const auto now = [&] {
-            return framesNow(frames, [&](const QString &name) {
-                const QQuickItem *item = window.subview(name);
-                return QRectF(item->position(), item->size());
-            });
-        };
-        QCOMPARE(now(), frames.simplified());
-
-        // Resized and back again: the same.
-        for (const QSize &other : {size + QSize(100, 60), size}) {
-            window.resize(other);
-            window.screen->setSize(other);
-            QTRY_COMPARE(now() == frames.simplified(), other == size);
+            // Resized and back again: the same.
+            for (const QSize &other : {size + QSize(100, 60), size}) {
+                window.resize(other);
+                window.screen->setSize(other);
+                QTRY_COMPARE(now() == frames.simplified(), other == size);
+            }
         }
         SafeArea::instance()->setInsets({});
     }
 
-    void showsTextsAndPictures_data()
-    {
-        QTest::addColumn<QByteArray>("ad");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("picture");
-        QTest::addColumn<bool>("logo"); // in place of the badge
-        QTest::addColumn<bool>("logoArrives");
-        QTest::newRow("nothing in it") << QByteArray(R"({"images": [{"url": ""}], "sourceLogo": "",
-                "texts": [{"type": "TXT", "content": ""}]})")
-                                       << "广告内容" << false << false << false;
-        QTest::newRow("all of it")
-            << QByteArray(R"({"images": [{"url": "${BASE}/creatives/interstitial.jpg"}],
-                "sourceLogo": "${BASE}/creatives/logo-tea.png", "texts": [1, {"type": "DESC",
-                "content": "x"}, {"type": "TXT", "content": "a"}, {"type": "TXT", "content": 5}]})")
-            << "a" << true << true << true;
-        QTest::newRow("a title, else not to be had")
-            << QByteArray(R"({"images": ["${BASE}/creatives/interstitial.jpg"],
-                "sourceLogo": "file:/etc/hostname", "texts": [{"type": "TITLE", "content": "b"}]})")
-            << "b" << false << true << false;
-        QTest::newRow("other texts")
-            << QByteArray(R"({"texts": [{"type": "DESC", "content": "x"}]})") << "广告内容" << false
-            << false << false;
-    }
-
     void showsTextsAndPictures()
     {
-        QFETCH(QByteArray, ad);
-        QFETCH(QString, text);
-        QFETCH(bool, picture);
-        QFETCH(bool, logo);
-        QFETCH(bool, logoArrives);
-
-        ScreenWindow window;
-        Host host;
-        const auto presenter = shown(window.screen, &host, ad);
-        const auto has = [&](const char *name, const char *property) {
-            return window.subview(name)->property(property).toBool();
-        };
-        QCOMPARE(window.subview("descLabel")->property("text"), text);
-        QCOMPARE(has("logoImageView", "hidden"), !logo);
-        QCOMPARE(has("adLabel", "hidden"), logo);
-        QTRY_COMPARE(has("adImageView", "hasImage"), picture);
-        QTRY_COMPARE(has("logoImageView", "hasImage"), logoArrives);
+        // The ad, its text, whether there is a picture, a logo in place of the badge, and it
+        // arrives.
+        const std::tuple<QByteArray, QString, bool, bool, bool> rows[] = {
+            {R"({"images": [{"url": ""}], "sourceLogo": "",
+                "texts": [{"type": "TXT", "content": ""}]})",
+                "广告内容", false, false, false},
+            {R"({"images": [{"url": "${BASE}/creatives/interstitial.jpg"}],
+                "sourceLogo": "${BASE}/creatives/logo-tea.png", "texts": [1, {"type": "DESC",
+                "content": "x"}, {"type": "TXT", "content": "a"}, {"type": "TXT", "content": 5}]})",
+                "a", true, true, true},
+            {R"({"images": ["${BASE}/creatives/interstitial.jpg"],
+                "sourceLogo": "file:/etc/hostname", "texts": [{"type": "TITLE", "content": "b"}]})",
+                "b", false, true, false},
+            {R"({"texts": [{"type": "DESC", "content": "x"}]})", "广告内容", false, false, false}};
+        for (const auto &[ad, text, picture, logo, logoArrives] : rows) {
+            ScreenWindow window;
+            Host host;
+            const auto presenter = shown(window.screen, &host, ad);
+            const auto has = [&](const char *name, const char *property) {
+                return window.subview(name)->property(property).toBool();
+            };
+            QCOMPARE(window.subview("descLabel")->property("text"), text);
+            QCOMPARE(has("logoImageView", "hidden"), !logo);
+            QCOMPARE(has("adLabel", "hidden"), logo);
+            QTRY_COMPARE(has("adImageView", "hasImage"), picture);
+            QTRY_COMPARE(has("logoImageView", "hasImage"), logoArrives);
+        }
     }
 
     // One is closed by its button, the other by the keyboard.

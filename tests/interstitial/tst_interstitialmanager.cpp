@@ -185,39 +185,33 @@ private slots:
         }
     }
 
-    void mayBeDestroyedByEveryCall_data()
-    {
-        QTest::addColumn<QString>("event");
-        for (const char *event : {"load", "visible", "click", "other", "auto-closed", "-1003"})
-            QTest::newRow(event) << event;
-    }
-
     void mayBeDestroyedByEveryCall()
     {
-        QFETCH(QString, event);
-        ScreenWindow window;
-        Host host;
-        auto manager = std::make_unique<ZNTInterstitialManager>();
-        manager->setDelegate(&host);
-        manager->setMediaId("interstitial");
-        manager->setAutoCloseTime(1);
-        host.then = [&](const QString &heard) {
-            if (heard.contains(event))
-                manager.reset();
-            else if (heard == "load")
-                manager->showInterstitialAd();
-            else if (heard.contains("-1003"))
-                manager->setShowAdController(window.screen), manager->loadAdData();
-            else if (heard == "visible")
-                window.tap("adImageView");
-        };
-        manager->showInterstitialAd(); // fails
-        QTRY_VERIFY(!manager);
-        const QStringList heard = host.heard;
-        QVERIFY(!window.subview("containerView"));
-        QTest::qWait(400); // whatever still runs
-        QCOMPARE(host.heard, heard);
-        QVERIFY(window.screen->childItems().isEmpty());
+        for (const QString event : {"load", "visible", "click", "other", "auto-closed", "-1003"}) {
+            ScreenWindow window;
+            Host host;
+            auto manager = std::make_unique<ZNTInterstitialManager>();
+            manager->setDelegate(&host);
+            manager->setMediaId("interstitial");
+            manager->setAutoCloseTime(1);
+            host.then = [&](const QString &heard) {
+                if (heard.contains(event))
+                    manager.reset();
+                else if (heard == "load")
+                    manager->showInterstitialAd();
+                else if (heard.contains("-1003"))
+                    manager->setShowAdController(window.screen), manager->loadAdData();
+                else if (heard == "visible")
+                    window.tap("adImageView");
+            };
+            manager->showInterstitialAd(); // fails
+            QTRY_VERIFY2(!manager, qPrintable(event));
+            const QStringList heard = host.heard;
+            QVERIFY(!window.subview("containerView"));
+            QTest::qWait(400); // whatever still runs
+            QCOMPARE(host.heard, heard);
+            QVERIFY(window.screen->childItems().isEmpty());
+        }
     }
 };
 

@@ -53,45 +53,30 @@ private slots:
         QVERIFY(randomText(json(R"({"texts": "TXT"})"), {"TXT"}).isNull());
     }
 
-    void trackingLists_data()
-    {
-        QTest::addColumn<QByteArray>("trackInfo");
-        QTest::addColumn<QJsonArray>("ofView");
-        QTest::addColumn<QJsonArray>("ofClick");
-
-        // The three lists afterwards, under each rule; "-" where a list was left as it was.
-        const QJsonArray kept{"-"};
-        const QJsonArray one{"1"};
-        const auto row = [](const char *name, const QByteArray &info, const QJsonArray &ofView,
-                             const QJsonArray &ofClick) {
-            QTest::newRow(name) << info << ofView << ofClick;
-        };
-        row("lists", R"({"viewUrl3rd": ["1"], "clickUrl3rd": ["1"], "dpEventUrls": []})",
-            {one, one, QJsonArray()}, {one, one, QJsonArray()});
-        row("strings", R"({"viewUrl3rd": "1", "clickUrl3rd": "1", "dpEventUrls": "1"})",
-            {one, one, one}, {one, one, one});
-        row("view string, click list", R"({"viewUrl3rd": "1", "clickUrl3rd": ["1"]})",
-            {one, QJsonArray{one}, kept}, {one, one, kept});
-        row("view list, click string", R"({"viewUrl3rd": ["1"], "clickUrl3rd": "1"})",
-            {one, "1", kept}, {one, one, kept});
-        row("view string, no click", R"({"viewUrl3rd": "1"})", {one, QJsonArray(), kept},
-            {one, kept, kept});
-        row("no view", R"({"clickUrl3rd": "1", "dpEventUrls": 7})", {kept, kept, kept},
-            {kept, one, kept});
-        row("no object", "[]", {kept, kept, kept}, {kept, kept, kept});
-    }
-
+    // The three lists afterwards, under each rule; "-" where a list was left as it was.
     void trackingLists()
     {
-        QFETCH(QByteArray, trackInfo);
-        const QJsonObject ad = json("{\"trackInfo\": " + trackInfo + '}');
-        const auto read = [&](ClickForm form) {
-            TrackingLists lists{{"-"}, QJsonArray{"-"}, {"-"}};
-            readTrackingLists(lists, ad, form, countingTexts);
-            return QJsonArray{lists.view, lists.click, lists.dpEvent};
+        const auto check = [](const QByteArray &trackInfo, const QJsonArray &ofView,
+                               const QJsonArray &ofClick) {
+            for (const auto &[form, wanted] :
+                {std::pair(ClickForm::OfView, ofView), {ClickForm::OfClick, ofClick}}) {
+                TrackingLists lists{{"-"}, QJsonArray{"-"}, {"-"}};
+                readTrackingLists(
+                    lists, json("{\"trackInfo\": " + trackInfo + '}'), form, countingTexts);
+                QCOMPARE((QJsonArray{lists.view, lists.click, lists.dpEvent}), wanted);
+            }
         };
-        QTEST(read(ClickForm::OfView), "ofView");
-        QTEST(read(ClickForm::OfClick), "ofClick");
+        const QJsonArray kept{"-"}, one{"1"}, none;
+        check(R"({"viewUrl3rd": ["1"], "clickUrl3rd": ["1"], "dpEventUrls": []})", {one, one, none},
+            {one, one, none});
+        check(R"({"viewUrl3rd": "1", "clickUrl3rd": "1", "dpEventUrls": "1"})", {one, one, one},
+            {one, one, one});
+        check(R"({"viewUrl3rd": "1", "clickUrl3rd": ["1"]})", {one, QJsonArray{one}, kept},
+            {one, one, kept});
+        check(R"({"viewUrl3rd": ["1"], "clickUrl3rd": "1"})", {one, "1", kept}, {one, one, kept});
+        check(R"({"viewUrl3rd": "1"})", {one, none, kept}, {one, kept, kept});
+        check(R"({"clickUrl3rd": "1", "dpEventUrls": 7})", {kept, kept, kept}, {kept, one, kept});
+        check("[]", {kept, kept, kept}, {kept, kept, kept});
 
         // With a view list and no click value, there is no click list.
         TrackingLists lists{{}, QJsonArray{"-"}, {}};

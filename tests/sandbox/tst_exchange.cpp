@@ -4,16 +4,6 @@
 
 using namespace znt::test;
 
-namespace {
-
-void write(const QString &fileName, const QByteArray &data)
-{
-    QFile file(fileName);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(data) == data.size());
-}
-
-} // namespace
-
 class TestExchange : public QObject
 {
     Q_OBJECT
@@ -85,7 +75,7 @@ private slots:
             QCOMPARE(QFile::permissions(dir.filePath(key)) & QFile::Permissions(0x0077), 0);
         QCOMPARE(certificates().server, first.server);
 
-        write(dir.filePath("server.key"), "not a key");
+        saved(dir.filePath("server.key"), "not a key");
         const auto second = certificates();
         QCOMPARE(second.ca, first.ca);
         QVERIFY(second.server != first.server);
@@ -193,9 +183,9 @@ private slots:
     {
         QTemporaryDir dir;
         QVERIFY(QDir(dir.path()).mkdir("in"));
-        write(dir.filePath("out.json"), "secret");
-        write(dir.filePath("in/own.json"), R"({"at":"${BASE}/x"})");
-        write(dir.filePath("in/splash.jpg"), "mine");
+        saved(dir.filePath("out.json"), "secret");
+        saved(dir.filePath("in/own.json"), R"({"at":"${BASE}/x"})");
+        saved(dir.filePath("in/splash.jpg"), "mine");
         QFile::link(dir.filePath("out.json"), dir.filePath("in/link.json"));
         exchange->setCreativesDir(dir.filePath("in"));
 
@@ -235,9 +225,7 @@ private slots:
         QVERIFY(line[u"signatureOk"].isUndefined());
         program.kill();
         program.waitForFinished();
-        QFile log(dir.filePath("log"));
-        QVERIFY(log.open(QIODevice::ReadOnly));
-        QCOMPARE(log.readAll(), first + second);
+        QCOMPARE(contents(dir.filePath("log")), first + second);
     }
 
     void refusesToStart_data()

@@ -24,9 +24,8 @@ inline ZNTSplashAdView *newCreative(int style, QQuickItem *parent)
 struct Scene
 {
     explicit Scene(int style, const QSize &size = {375, 812})
+        : window(size)
     {
-        window.resize(size);
-        window.show();
         view = newCreative(style, window.contentItem());
         view->setSize(size);
         view->setDelegate(&host);
@@ -56,7 +55,7 @@ struct Scene
     }
     qsizetype clicks() const { return host.heard.size(); } // nothing else is told by a creative
 
-    QQuickWindow window;
+    ShownWindow window;
     Host host;
     int skips = 0;
     QPointer<ZNTSplashAdView> view;

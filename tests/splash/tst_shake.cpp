@@ -97,30 +97,24 @@ private slots:
         QSensorManager::setDefaultBackend(QAccelerometer::sensorType, "test.acceleration");
     }
 
-    void tilt_data()
-    {
-        QTest::addColumn<QList<double>>("pitches");
-        QTest::addColumn<int>("firesAt"); // index, or -1
-        QTest::newRow("28.6 degrees do not do, 30.4 do")
-            << QList<double>{11.459, 40.107, 41.826, 90} << 2;
-        QTest::newRow("little by little") << QList<double>{0, 10, 20, 30, 31} << 4;
-        QTest::newRow("any angle to begin with") << QList<double>{-75, -45, -44.9} << 2;
-        QTest::newRow("exactly 30") << QList<double>{10, 40, -20} << -1;
-        QTest::newRow("backwards") << QList<double>{10, -20.5, 10, 41} << 1;
-        QTest::newRow("no numbers") << QList<double>{qQNaN(), 0, qQNaN(), qInf(), 29, 31} << 5;
-    }
     void tilt()
     {
-        QFETCH(QList<double>, pitches);
-        QFETCH(int, firesAt);
-        Scene scene(Shake);
-        QVERIFY(Rotation::latest->isRunning);
-        QCOMPARE(Rotation::latest->sensor()->dataRate(), 10);
-        for (int i = 0; i < pitches.size(); ++i) {
-            Rotation::latest->feed(pitches.at(i));
-            Scene::settle();
-            QCOMPARE(scene.clicks(), firesAt >= 0 && i >= firesAt ? 1 : 0);
-            QCOMPARE(Rotation::latest->isRunning, firesAt < 0 || i < firesAt);
+        const std::pair<QList<double>, int> rows[] = {// pitches; the one that fires, or -1
+            {{11.459, 40.107, 41.826, 90}, 2},        // 28.6 degrees, 30.4
+            {{0, 10, 20, 30, 31}, 4},                 // little by little
+            {{-75, -45, -44.9}, 2},                   // any angle to begin with
+            {{10, 40, -20}, -1},                      // exactly 30
+            {{10, -20.5, 10, 41}, 1}, {{qQNaN(), 0, qQNaN(), qInf(), 29, 31}, 5}};
+        for (const auto &[pitches, firesAt] : rows) {
+            Scene scene(Shake);
+            QVERIFY(Rotation::latest->isRunning);
+            QCOMPARE(Rotation::latest->sensor()->dataRate(), 10);
+            for (int i = 0; i < pitches.size(); ++i) {
+                Rotation::latest->feed(pitches.at(i));
+                Scene::settle();
+                QCOMPARE(scene.clicks(), firesAt >= 0 && i >= firesAt ? 1 : 0);
+                QCOMPARE(Rotation::latest->isRunning, firesAt < 0 || i < firesAt);
+            }
         }
     }
 

@@ -11,15 +11,10 @@ namespace {
 struct Stage
 {
     Host host;
-    QQuickWindow window;
+    ShownWindow window{{375, 812}};
     std::unique_ptr<ZNTSplashManager> manager = std::make_unique<ZNTSplashManager>();
 
-    Stage()
-    {
-        window.resize(375, 812);
-        window.show();
-        manager->setDelegate(&host);
-    }
+    Stage() { manager->setDelegate(&host); }
     bool shows(const QJsonObject &answer)
     {
         if (!manager->handleAdResponse(answer))
@@ -114,19 +109,12 @@ private slots:
     void clickTrackersAsTheyCome()
     {
         ZNTSplashManager manager;
-        const auto read = [&](const char *trackInfo) {
-            return manager.handleAdResponse(json(QByteArray(R"({"code": 200, "data":
-                [{"trackInfo": {)")
-                + trackInfo + "}}]}"));
-        };
-        QVERIFY(read(R"("viewUrl3rd": "v", "clickUrl3rd": ["a"], "dpEventUrls": "d")"));
+        QVERIFY(manager.handleAdResponse(json(R"({"code": 200, "data": [{"trackInfo":
+            {"viewUrl3rd": ["v"], "clickUrl3rd": "x", "dpEventUrls": "d"}}]})")));
         QCOMPARE(manager.viewUrl3rd(), QJsonArray{"v"});
-        QCOMPARE(
-            manager.clickUrl3rd(), QJsonValue(QJsonArray{QJsonArray{"a"}})); // a list in a list
-        QCOMPARE(manager.dpEventUrls(), QJsonArray{"d"});
-        QVERIFY(read(R"("viewUrl3rd": ["v"], "clickUrl3rd": "x")"));
         QCOMPARE(manager.clickUrl3rd(), QJsonValue("x")); // no list at all
-        manager.handleAdClick();                          // which fires nothing
+        QCOMPARE(manager.dpEventUrls(), QJsonArray{"d"});
+        manager.handleAdClick(); // which fires the last
     }
 
     void skipSendsFeedback()
@@ -162,17 +150,6 @@ private slots:
         QTest::qWait(250);
         QCOMPARE(stage.host.heard, QStringList{"visible"});
         QCOMPARE(hits("view"), 0);
-    }
-
-    void hiddenForAWhile()
-    {
-        Stage stage;
-        stage.window.contentItem()->setOpacity(0);
-        QVERIFY(stage.shows(answer()));
-        QTest::qWait(250);
-        QCOMPARE(stage.host.heard, QStringList{"visible"});
-        stage.window.contentItem()->setOpacity(1);
-        QTRY_VERIFY_WITH_TIMEOUT(stage.host.heard.contains("render"), 400);
     }
 
     void bottomViewAndResize()
@@ -251,9 +228,7 @@ private slots:
         }
 
         Stage stage;
-        auto window = std::make_unique<QQuickWindow>();
-        window->resize(100, 100);
-        window->show();
+        auto window = std::make_unique<ShownWindow>(QSize(100, 100));
         stage.manager->handleAdResponse(answer());
         stage.manager->showSplashAdWithWindow(window.get());
         window.reset();

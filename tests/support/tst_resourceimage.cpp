@@ -12,32 +12,24 @@ class TestResourceImage : public QObject
 private slots:
     void init() { test::failOnWarnings(); }
 
-    void sizesAndPixels_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QSizeF>("size");
-        QTest::addColumn<QSize>("pixels");
-        QTest::newRow("the library's") << "slide_icon_bg" << QSizeF(375, 90) << QSize(375, 90);
-        QTest::newRow("the host's instead of it")
-            << "slide_icon_finger" << QSizeF(30, 30) << QSize(60, 60);
-        QTest::newRow("the host's alone, no ending") << "own" << QSizeF(30, 30) << QSize(30, 30);
-        QTest::newRow("no picture") << "broken" << QSizeF(0, 0) << QSize();
-        QTest::newRow("none") << "nothing" << QSizeF(0, 0) << QSize();
-    }
     void sizesAndPixels()
     {
-        QFETCH(QString, name);
-        QFETCH(QSizeF, size);
-        QFETCH(QSize, pixels);
-        ResourceImage image;
-        image.setName(name);
-        QCOMPARE(image.naturalSize(), size); // known at once
-        QVERIFY(image.image().isNull());
-        if (!pixels.isValid())
-            return;
-        QTRY_VERIFY(!image.image().isNull());
-        QCOMPARE(image.image().size(), pixels);
-        QCOMPARE(image.image().deviceIndependentSize(), size);
+        const std::tuple<QString, QSizeF, QSize> rows[] = {
+            {"slide_icon_bg", {375, 90}, {375, 90}},   // the library's
+            {"slide_icon_finger", {30, 30}, {60, 60}}, // the host's instead of it
+            {"own", {30, 30}, {30, 30}},               // the host's alone, no ending
+            {"broken", {0, 0}, {}}, {"nothing", {0, 0}, {}}};
+        for (const auto &[name, size, pixels] : rows) {
+            ResourceImage image;
+            image.setName(name);
+            QCOMPARE(image.naturalSize(), size); // known at once
+            QVERIFY(image.image().isNull());
+            if (!pixels.isValid())
+                continue;
+            QTRY_VERIFY(!image.image().isNull());
+            QCOMPARE(image.image().size(), pixels);
+            QCOMPARE(image.image().deviceIndependentSize(), size);
+        }
     }
 
     void onlyTheLatestNameCounts()

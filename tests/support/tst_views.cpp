@@ -4,7 +4,7 @@
 #include "support/test.h"
 
 using namespace znt;
-using test::twoHalves;
+using namespace znt::test;
 
 class TestViews : public QObject
 {
@@ -13,20 +13,16 @@ class TestViews : public QObject
 private:
     QQmlEngine engine;
 
-    // A white window with the item that the text, a file of the module, describes.
+    // With the item that the text, a file of the module, describes.
     std::unique_ptr<QQuickWindow> windowWith(const QByteArray &qml)
     {
-        QQmlComponent component(&engine);
-        component.setData("import QtQuick; import ZNTAds; " + qml,
-            QUrl("qrc:/qt-project.org/imports/ZNTAds/Test.qml"));
-        auto *item = qobject_cast<QQuickItem *>(component.create());
-        if (!item)
-            qFatal("%s", qPrintable(component.errorString()));
-        auto window = std::make_unique<QQuickWindow>();
-        window->resize(200, 200);
+        auto window = std::make_unique<ShownWindow>(QSize(200, 200));
+        auto *item =
+            qobject_cast<QQuickItem *>(created(&engine, "import QtQuick; import ZNTAds; " + qml,
+                QUrl("qrc:/qt-project.org/imports/ZNTAds/Test.qml"))
+                                           .release());
         item->setParent(window.get());
         item->setParentItem(window->contentItem());
-        window->show();
         return window;
     }
     static QQuickItem *itemOf(const std::unique_ptr<QQuickWindow> &window)
@@ -35,23 +31,19 @@ private:
     }
 
 private slots:
-    void init() { test::failOnWarnings(); }
+    void init() { failOnWarnings(); }
 
     void contentModes()
     {
-        struct Case
-        {
-            const char *mode;
-            QColor top;    // above the middle of the left half
-            QColor left;   // the middle of the left edge
-            QColor beside; // 30 to the left of the middle
-        };
+        // Above the middle of the left half, at the left edge's middle, 30 to the left of the
+        // middle.
         const QColor red(Qt::red), white(Qt::white);
-        for (const auto &[mode, top, left, beside] :
-            {Case{"scaleToFill", red, red, red}, {"aspectFit", white, red, red},
-                {"aspectFill", red, red, red}, {"center", white, white, white}}) {
-            const auto window = windowWith(QByteArray("ImageView { x: 10; y: 10; width: 100; "
-                                                      "height: 100; contentMode: '")
+        const std::tuple<QByteArray, QColor, QColor, QColor> rows[] = {
+            {"scaleToFill", red, red, red}, {"aspectFit", white, red, red},
+            {"aspectFill", red, red, red}, {"center", white, white, white}};
+        for (const auto &[mode, top, left, beside] : rows) {
+            const auto window = windowWith("ImageView { x: 10; y: 10; width: 100; height: 100; "
+                                           "contentMode: '"
                 + mode + "' }");
             auto *view = qobject_cast<ImageView *>(itemOf(window));
             view->setImage(twoHalves({40, 20}));
@@ -100,9 +92,7 @@ private slots:
         view.setContentMode("upside down");
         QCOMPARE(view.contentMode(), "aspectFill");
         for (int i = 0; i < 2; ++i) {
-            QQuickWindow window;
-            window.resize(60, 60);
-            window.show();
+            ShownWindow window({60, 60});
             view.setParentItem(window.contentItem());
             QTRY_VERIFY(view.isReady());
             QCOMPARE(window.grabWindow().pixelColor(5, 5), QColor(Qt::red));
