@@ -205,14 +205,10 @@ private slots:
         bool isGone = false;
         const auto destroy = [&] {
             isGone = true;
-            if (gone == "screen")
-                delete window->screen;
-            else if (gone == "window")
-                window.reset();
-            else if (gone == "presenter")
-                ad.reset();
-            else
-                delete host.release();
+            const QHash<QString, std::function<void()>> ways{
+                {"screen", [&] { delete window->screen; }}, {"window", [&] { window.reset(); }},
+                {"presenter", [&] { ad.reset(); }}, {"delegate", [&] { delete host.release(); }}};
+            ways.value(gone)();
         };
         host->then = [&](const QString &event) {
             if (event == after && gone == "delegate")

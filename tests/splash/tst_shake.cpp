@@ -23,11 +23,6 @@ public:
         addDataRate(1, 100);
         latest = this;
     }
-    ~Backend() override
-    {
-        if (latest == this)
-            latest = nullptr;
-    }
     void start() override { isRunning = true; }
     void stop() override { isRunning = false; }
 
@@ -41,7 +36,7 @@ public:
     }
 
     bool isRunning = false;
-    static inline Backend *latest = nullptr;
+    static inline QPointer<Backend> latest;
 
 private:
     Reading m_reading;

@@ -77,10 +77,7 @@ private slots:
 
     void staysHiddenWithoutAVideo()
     {
-        Scene noise(Image);
-        Scene gone(Shake);
-        Scene file(Slide);
-        Scene good(Image);
+        Scene noise(Image), gone(Shake), file(Slide), good(Image);
         noise.view->setupWithVideoUrl(exchange.at("/noise.mp4"), {});
         gone.view->setupWithVideoUrl(creative("nothing.mp4"), {});
         file.view->setupWithVideoUrl("file:///etc/passwd", {});
@@ -90,9 +87,8 @@ private slots:
 
     void mayDieWhileItPlays()
     {
-        Scene early(Image);
+        Scene early(Image), scene(Image);
         early.view->setupWithVideoUrl(creative("video.mp4"), {});
-        Scene scene(Image);
         connect(scene.view, &ZNTSplashAdView::hiddenChanged, this, [&] { delete scene.view; });
         scene.view->setupWithVideoUrl(creative("video.mp4"), {});
         QTRY_VERIFY_WITH_TIMEOUT(!scene.view, 20'000);

@@ -71,10 +71,8 @@ public:
 private:
     void hearOf(const ZNTError &error)
     {
-        hear(QString("%1 %2 %3")
-                 .arg(error.domain())
-                 .arg(error.code())
-                 .arg(error.localizedDescription()));
+        const QString code = QString::number(error.code());
+        hear(QStringList{error.domain(), code, error.localizedDescription()}.join(u' '));
     }
 };
 

@@ -70,12 +70,10 @@ private slots:
         QCOMPARE(shot.pixelColor(2, 2), QColor(Qt::white));
         QCOMPARE(shot.pixelColor(50, 2), QColor(Qt::black));
         QCOMPARE(shot.pixelColor(2, 50), QColor(Qt::red));
-        int grey = 0;
-        for (int x = 0; x < 30; ++x) {
-            const int value = shot.pixelColor(x, 5).red();
-            grey += value > 0 && value < 255;
-        }
-        QVERIFY(grey > 0);
+        QSet<int> greys;
+        for (int x = 0; x < 30; ++x)
+            greys.insert(shot.pixelColor(x, 5).red());
+        QVERIFY(greys.size() > 2);
     }
 
     void imageViewFollowsWhatHappensToIt()
