@@ -13,11 +13,6 @@ namespace {
 
 const QString path = "/logs.do";
 
-ZNTLogManager *logger()
-{
-    return ZNTLogManager::sharedInstance();
-}
-
 } // namespace
 
 class tst_errorreport : public QObject
@@ -32,7 +27,6 @@ private slots:
         QCoreApplication::setApplicationVersion({});
         QGuiApplication::setApplicationDisplayName({});
         m_exchange.forgetRequests();
-        m_exchange.setAnswerAt(path, {});
         logger()->setLogEnabled(false);
     }
 
@@ -55,9 +49,9 @@ private slots:
             QCOMPARE(lines.size(), 2);
             QCOMPARE(lines[0], "ERROR an error");
             QVERIFY2(status ? lines[1] == line : lines[1].startsWith(line), qPrintable(lines[1]));
-            // The result is no cause for another report.
-            QCOMPARE(m_exchange.hits(path), 1);
+            QCOMPARE(m_exchange.hits(path), 1); // the result is no cause for another report
         }
+        m_exchange.setAnswerAt(path, {});
     }
 
     void tellsWhatIsKnown()
@@ -86,21 +80,13 @@ private slots:
         utsname name{};
         uname(&name);
         const QSize screen = QGuiApplication::primaryScreen()->size();
-        const QJsonObject expected{
-            {"deviceModel", name.machine},
-            {"deviceBrand", "Apple"},
-            {"osVersion", QSysInfo::productVersion()},
-            {"kernelVersion", name.release},
+        const QJsonObject expected{{"deviceModel", name.machine}, {"deviceBrand", "Apple"},
+            {"osVersion", QSysInfo::productVersion()}, {"kernelVersion", name.release},
             {"screenResolution", QString("%1x%2").arg(screen.width()).arg(screen.height())},
             {"languageSetting", QLocale::system().uiLanguages().constFirst()},
             {"timezone", QString::fromUtf8(QTimeZone::systemTimeZoneId())},
-            {"networkStatus", "wifi"},
-            {"appName", "小店"},
-            {"appPackageName", "com.example.shop"},
-            {"appVersion", "2.5"},
-            {"errorSummary", "a \"summary\""},
-            {"errorDetails", "细节\n2"},
-        };
+            {"networkStatus", "wifi"}, {"appName", "小店"}, {"appPackageName", "com.example.shop"},
+            {"appVersion", "2.5"}, {"errorSummary", "a \"summary\""}, {"errorDetails", "细节\n2"}};
         QCOMPARE(report, expected);
         QCOMPARE(logger()->getDeviceModel(), name.machine);
     }
@@ -121,9 +107,8 @@ private slots:
 
     void goesOutFromAnyThread()
     {
-        std::thread([] {
-            znt::logError("Failed with %1", ZNTError("ZNTAdsManager", -2, "why"));
-        }).join();
+        const ZNTError error("ZNTAdsManager", -2, "why");
+        std::thread([&] { znt::logError("Failed with %1", error); }).join();
         QCOMPARE(nextReport().value(u"errorSummary"),
             "Failed with Error Domain=ZNTAdsManager Code=-2 \"why\"");
     }

@@ -1,5 +1,5 @@
 #include "diagnostics/log.h"
-#include "support/exchangetest.h"
+#include "support/loglines.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,11 +13,6 @@ namespace {
 
 constexpr int threadCount = 4;
 constexpr int linesOfThread = 50'000;
-
-ZNTLogManager *logger()
-{
-    return ZNTLogManager::sharedInstance();
-}
 
 struct Export
 {

@@ -59,6 +59,7 @@ private slots:
 
     void missingLists()
     {
+        const ZNTInteractionCtrlArg plain;
         LogLines log;
         for (const auto &[lists, line] :
             {std::pair(R"({"shakeArgs": [], "slopArgs": []})", "INFO Processing 0 slop arguments"),
@@ -68,7 +69,7 @@ private slots:
             QCOMPARE(log.take().mid(1),
                 QStringList(
                     {"INFO No shake arguments found, creating default shake argument", line}));
-            QCOMPARE(arg, ZNTInteractionCtrlArg());
+            QCOMPARE(arg, plain);
             QCOMPARE(arg->shakeArgs(), QList{ZNTShakeSlopArg::initWithDictionary({})});
         }
 

@@ -7,24 +7,29 @@
 
 namespace znt::test {
 
+inline ZNTLogManager *logger()
+{
+    return ZNTLogManager::sharedInstance();
+}
+
 // Switches logging on and reads what has been logged since the last look, as "LEVEL text".
 class LogLines
 {
 public:
     LogLines()
     {
-        m_log->setEnabled(true);
+        logger()->setEnabled(true);
         take();
     }
 
     QStringList take()
     {
         QSemaphore written;
-        m_log->flushLogBuffer();
-        m_log->exportLogsWithCompletion([&](auto, auto) { written.release(); });
+        logger()->flushLogBuffer();
+        logger()->exportLogsWithCompletion([&](auto, auto) { written.release(); });
         written.acquire();
 
-        QFile file(m_log->currentLogFilePath());
+        QFile file(logger()->currentLogFilePath());
         if (!file.open(QIODevice::ReadOnly) || !file.seek(m_position))
             return {};
         const QStringList lines =
@@ -38,7 +43,6 @@ public:
     }
 
 private:
-    ZNTLogManager *const m_log = ZNTLogManager::sharedInstance();
     qint64 m_position = 0;
 };
 

@@ -19,13 +19,6 @@ QByteArray jpegAnnouncing(quint16 width, quint16 height)
     return jpeg;
 }
 
-bool isNear(const QColor &colour, const QColor &wanted)
-{
-    const int distance = qAbs(colour.red() - wanted.red()) + qAbs(colour.green() - wanted.green())
-        + qAbs(colour.blue() - wanted.blue());
-    return distance < 24;
-}
-
 } // namespace
 
 class TestImages : public QObject
@@ -73,8 +66,8 @@ private slots:
         const QImage decoded = decodedImage(
             written(twoHalves({40, 20}), "jpg", QImageIOHandler::TransformationRotate90));
         QCOMPARE(decoded.size(), QSize(20, 40));
-        QVERIFY(isNear(decoded.pixelColor(10, 5), Qt::red));
-        QVERIFY(isNear(decoded.pixelColor(10, 35), Qt::blue));
+        QVERIFY(decoded.pixelColor(10, 5).red() > 240 && decoded.pixelColor(10, 5).blue() < 16);
+        QVERIFY(decoded.pixelColor(10, 35).blue() > 240);
     }
 
     void largePicturesAreScaledDown()

@@ -35,16 +35,14 @@ private slots:
 
     void contentModes()
     {
-        // Above the middle of the left half, at the left edge's middle, 30 to the left of the
-        // middle.
+        // Above the middle of the left half, at the left edge's middle, 30 left of the middle.
         const QColor red(Qt::red), white(Qt::white);
         const std::tuple<QByteArray, QColor, QColor, QColor> rows[] = {
             {"scaleToFill", red, red, red}, {"aspectFit", white, red, red},
             {"aspectFill", red, red, red}, {"center", white, white, white}};
         for (const auto &[mode, top, left, beside] : rows) {
-            const auto window = windowWith("ImageView { x: 10; y: 10; width: 100; height: 100; "
-                                           "contentMode: '"
-                + mode + "' }");
+            const auto window = windowWith(
+                "ImageView { x: 10; y: 10; width: 100; height: 100; contentMode: '" + mode + "' }");
             auto *view = qobject_cast<ImageView *>(itemOf(window));
             view->setImage(twoHalves({40, 20}));
             QTRY_VERIFY(view->isReady());
