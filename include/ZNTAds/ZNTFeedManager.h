@@ -27,6 +27,8 @@ class ZNTADS_EXPORT ZNTFeedManager : public QObject, public ZNTAdViewDelegate
 {
     Q_OBJECT
     Q_INTERFACES(ZNTAdViewDelegate)
+    Q_PROPERTY(QString mediaId READ mediaId WRITE setMediaId)
+    Q_PROPERTY(qint64 adCount READ adCount WRITE setAdCount)
 
 public:
     explicit ZNTFeedManager(QObject *parent = nullptr);
