@@ -296,8 +296,9 @@ public:
         , m_shared(limitsOf(Session::Shared))
         , m_images(new HttpClient(limitsOf(Session::Images)))
     {
-        m_exchange.moveToThread(qApp->thread());
-        m_shared.moveToThread(qApp->thread());
+        QThread *const mainThread = QCoreApplication::instance()->thread();
+        m_exchange.moveToThread(mainThread);
+        m_shared.moveToThread(mainThread);
         m_images->moveToThread(&m_imageThread);
         m_imageThread.setObjectName(QStringLiteral("com.zntads.images"));
         QObject::connect(&m_imageThread, &QThread::finished, m_images, &QObject::deleteLater);
@@ -368,7 +369,8 @@ void onMainThread(std::function<void()> call)
 {
     const QMutexLocker lock(&applicationMutex);
     if (applicationLives)
-        QMetaObject::invokeMethod(qApp, std::move(call), Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), std::move(call), Qt::QueuedConnection);
 }
 
 } // namespace znt
