@@ -2,6 +2,8 @@
 
 #include <QtCore/QPointer>
 
+#include <cstddef>
+
 /// A weak reference to an object that implements a delegate protocol.
 ///
 /// It becomes empty by itself when the object is destroyed, so a delegate may die at any time.
@@ -10,6 +12,8 @@ class ZNTDelegateRef
 {
 public:
     ZNTDelegateRef() = default;
+    /// Refers to nothing.
+    ZNTDelegateRef(std::nullptr_t) { }
     /// Refers to @p object, any QObject that also implements @p Protocol; null gives an empty one.
     template <class Object>
     explicit ZNTDelegateRef(Object *object)

@@ -32,7 +32,8 @@ bool open(const QString &text)
     const QUrl url(text, QUrl::TolerantMode);
     if (!leadsOutside(url))
         return false;
-    return urlOpener() ? urlOpener()(url) : QDesktopServices::openUrl(url);
+    const auto opener = urlOpener(); // a copy: it may put another in its place
+    return opener ? opener(url) : QDesktopServices::openUrl(url);
 }
 
 void openWebPage(const QString &webPage, const std::function<void()> &handedOver)

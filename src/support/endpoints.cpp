@@ -12,7 +12,13 @@ struct Bases
     QUrl https{QStringLiteral(ZNTADS_HTTPS_BASE)};
     QUrl http{QStringLiteral(ZNTADS_HTTP_BASE)};
 };
-Q_GLOBAL_STATIC(Bases, bases)
+
+// Never destroyed: other threads may still ask while the process ends.
+Bases &bases()
+{
+    static Bases *const bases = new Bases;
+    return *bases;
+}
 
 QUrl under(QUrl base, const QString &path)
 {
@@ -24,32 +30,32 @@ QUrl under(QUrl base, const QString &path)
 
 QUrl endpoint(Endpoint endpoint)
 {
-    const QMutexLocker lock(&bases->mutex);
+    const QMutexLocker lock(&bases().mutex);
     switch (endpoint) {
     case Endpoint::AdRequest:
-        return under(bases->https, QStringLiteral("/s/req2.do"));
+        return under(bases().https, QStringLiteral("/s/req2.do"));
     case Endpoint::Configuration:
-        return under(bases->https, QStringLiteral("/conf.do"));
+        return under(bases().https, QStringLiteral("/conf.do"));
     case Endpoint::NegativeFeedback:
-        return under(bases->https, QStringLiteral("/s/negfb.do"));
+        return under(bases().https, QStringLiteral("/s/negfb.do"));
     case Endpoint::LogUpload:
         break;
     }
-    return under(bases->http, QStringLiteral("/logs.do"));
+    return under(bases().http, QStringLiteral("/logs.do"));
 }
 
 bool setEndpointBases(const QUrl &https, const QUrl &http)
 {
-    const QMutexLocker lock(&bases->mutex);
+    const QMutexLocker lock(&bases().mutex);
     const auto usable = [](const QUrl &url, QStringView scheme) {
         return url.isValid() && url.scheme() == scheme && !url.host().isEmpty();
     };
     const bool httpsUsable = usable(https, u"https");
     const bool httpUsable = usable(http, u"http");
     if (httpsUsable)
-        bases->https = https;
+        bases().https = https;
     if (httpUsable)
-        bases->http = http;
+        bases().http = http;
     return (httpsUsable || https.isEmpty()) && (httpUsable || http.isEmpty());
 }
 

@@ -5,7 +5,6 @@
 #include <QNetworkReply>
 #include <QPointer>
 #include <QThread>
-#include <QTimer>
 
 #include <zlib.h>
 
@@ -18,6 +17,7 @@ namespace znt {
 namespace {
 
 constexpr int maxRedirects = 10;
+constexpr int mostUnderWay = 16;
 
 // An upload that cannot be rewound: without one, a request whose connection drops before the answer
 // would silently be sent again.
@@ -163,8 +163,7 @@ private:
         } else if (!m_decided) {
             complete();
         }
-        if (m_done)
-            std::exchange(m_done, {})(m_answer);
+        std::exchange(m_done, {})(m_answer);
     }
 
     // Qt gives up a 307 and a 308 by itself when the upload cannot be rewound.
@@ -208,26 +207,53 @@ HttpClient::HttpClient(const HttpLimits &limits, QObject *parent)
     : QObject(parent)
     , m_limits(limits)
     , m_network(this)
+    , m_turn(this)
 {
+    m_turn.setSingleShot(true);
+    m_turn.setInterval(0);
+    connect(&m_turn, &QTimer::timeout, this, &HttpClient::startNext);
 }
 
 void HttpClient::send(const HttpRequest &request, Done done)
 {
+    Call call{request, std::move(done)};
+    if (QThread::currentThread() == thread()) {
+        wait(std::move(call));
+        return;
+    }
     QMetaObject::invokeMethod(
-        this,
-        [this, request, done = std::move(done)] {
-            start(request, done, {QDeadlineTimer(m_limits.total)});
-        },
-        Qt::QueuedConnection);
+        this, [this, call = std::move(call)] { wait(call); }, Qt::QueuedConnection);
+}
+
+void HttpClient::wait(Call call)
+{
+    m_waiting.push_back(std::move(call));
+    if (!m_turn.isActive())
+        m_turn.start();
+}
+
+void HttpClient::startNext()
+{
+    if (m_waiting.empty() || m_underWay == mostUnderWay)
+        return;
+    const Call call = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    ++m_underWay;
+    m_turn.start();
+    const auto finish = [this, done = call.done](const HttpAnswer &answer) {
+        --m_underWay;
+        m_turn.start();
+        if (done)
+            done(answer);
+    };
+    start(call.request, finish, {QDeadlineTimer(m_limits.total)});
 }
 
 void HttpClient::start(const HttpRequest &request, const Done &done, const Journey &journey)
 {
     if (!isHttp(request.url)) {
-        if (done)
-            done({networkError(
-                      QNetworkReply::ProtocolUnknownError, QStringLiteral("unsupported URL")),
-                0, {}});
+        done({networkError(QNetworkReply::ProtocolUnknownError, QStringLiteral("unsupported URL")),
+            0, {}});
         return;
     }
     QNetworkReply *reply = this->request(request);
@@ -258,6 +284,7 @@ QNetworkReply *HttpClient::request(const HttpRequest &request)
         QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     if (m_limits.inactivity < m_limits.total) // Qt's timer may fire half a second too soon
         wire.setTransferTimeout(int(m_limits.inactivity.count()));
+    wire.setRawHeader("Accept-Encoding", "gzip"); // else Qt unpacks by itself, and without a bound
     for (const auto &[name, value] : request.headers)
         wire.setRawHeader(name, value);
     if (m_limits.mayResend && request.method == "GET")

@@ -6,9 +6,11 @@
 #include <QDeadlineTimer>
 #include <QNetworkAccessManager>
 #include <QObject>
+#include <QTimer>
 #include <QUrl>
 
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <optional>
 
@@ -53,20 +55,31 @@ public:
 
     // From any thread; `done` runs in the client's own, exactly once unless the client is destroyed
     // before. Only http and https are sent, anything else is a failure. Redirections are followed,
-    // but never from https to http.
+    // but never from https to http. Of many requests only some are under way at a time, each begun
+    // in a turn of the event loop of its own; a request's time begins then.
     void send(const HttpRequest &request, Done done);
 
 private:
+    struct Call
+    {
+        HttpRequest request;
+        Done done;
+    };
     struct Journey
     {
         QDeadlineTimer deadline;
         int redirects = 0;
     };
+    void wait(Call call);
+    void startNext();
     void start(const HttpRequest &request, const Done &done, const Journey &journey);
     QNetworkReply *request(const HttpRequest &request);
 
     HttpLimits m_limits;
     QNetworkAccessManager m_network;
+    QTimer m_turn;
+    std::deque<Call> m_waiting;
+    int m_underWay = 0;
 };
 
 // The library's sessions, made at first use, gone with the application object.

@@ -66,10 +66,25 @@ private slots:
         exchange.setAnswerAt("/bomb", {.body = QByteArray(40 * 1024 * 1024, ' '), .gzip = true});
         exchange.setAnswerAt(
             "/broken", {.body = "no gzip", .headers = {{"Content-Encoding", "gzip"}}});
-        const QList<QPair<QByteArray, QByteArray>> headers{{"Accept-Encoding", "gzip"}};
-        QCOMPARE(sent({.url = at("/packed"), .headers = headers}).body, QByteArray("plain text"));
-        QVERIFY(sent({.url = at("/bomb"), .headers = headers}).error);
-        QVERIFY(sent({.url = at("/broken"), .headers = headers}).error);
+        for (const bool mayResend : {false, true})
+            QCOMPARE(sent({.url = at("/packed")}, {.mayResend = mayResend}).body, "plain text");
+        QVERIFY(sent({.url = at("/bomb")}).error);
+        QVERIFY(sent({.url = at("/broken")}).error);
+    }
+
+    void manyRequestsTakeTurnsWithOthers()
+    {
+        HttpClient client({});
+        QTimer other;
+        int turns = 0;
+        connect(&other, &QTimer::timeout, this, [&turns] { ++turns; });
+        other.start(0);
+        int answered = 0;
+        for (int i = 0; i < 1000; ++i)
+            client.send({.url = i % 50 ? QUrl("ftp://localhost/") : at("/packed")},
+                [&answered](const HttpAnswer &) { ++answered; });
+        QTRY_COMPARE(answered, 1000);
+        QVERIFY2(turns > 500, qPrintable(QString::number(turns)));
     }
 
     void sizeAndTimeAreBounded()
