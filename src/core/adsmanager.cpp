@@ -5,10 +5,11 @@
 #include "core/requestbody.h"
 #include "core/userdefaults.h"
 #include "diagnostics/log.h"
+#include "support/application.h"
 #include "support/devicefacts.h"
 #include "support/endpoints.h"
-#include "support/httpclient.h"
 #include "support/json.h"
+#include "support/sessions.h"
 
 #include <ZNTAds/ZNTAdsResponseFactory.h>
 

@@ -1,7 +1,7 @@
 #include "core/clicktarget.h"
 
 #include "diagnostics/log.h"
-#include "support/httpclient.h"
+#include "support/application.h"
 #include "support/json.h"
 
 #include <QDesktopServices>

@@ -1,6 +1,6 @@
 #include "core/networkstatus.h"
 
-#include "support/httpclient.h"
+#include "support/application.h"
 
 #include <QNetworkInformation>
 

@@ -1,7 +1,8 @@
 #include "core/tracking.h"
 
 #include "diagnostics/log.h"
-#include "support/httpclient.h"
+#include "support/application.h"
+#include "support/sessions.h"
 
 #include <QJsonArray>
 

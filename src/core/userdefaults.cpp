@@ -28,6 +28,13 @@ public:
 };
 Q_GLOBAL_STATIC(Writer, writer)
 
+// What an application stores is written before it goes.
+void finishWithApplication()
+{
+    qAddPostRoutine(waitForStored);
+}
+Q_COREAPP_STARTUP_FUNCTION(finishWithApplication)
+
 } // namespace
 
 QJsonValue read(const QString &key)
@@ -40,8 +47,6 @@ QJsonValue read(const QString &key)
 
 void store(const QMap<QString, QJsonValue> &values)
 {
-    static const bool finishes = (qAddPostRoutine(waitForStored), true);
-    Q_UNUSED(finishes)
     writer->pool.start([values] {
         QSettings stored = settings();
         for (auto it = values.begin(); it != values.end(); ++it) {

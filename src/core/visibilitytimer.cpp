@@ -1,6 +1,7 @@
 #include "core/visibilitytimer.h"
 
-#include <QCoreApplication>
+#include "support/application.h"
+
 #include <QElapsedTimer>
 #include <QTimer>
 
@@ -84,31 +85,15 @@ private:
     std::map<qint64, std::vector<Run>> m_due;
 };
 
-Schedule *schedule = nullptr;
-
-void endSchedule()
-{
-    delete std::exchange(schedule, nullptr);
-}
-
-Schedule *startedSchedule()
-{
-    if (!schedule && QCoreApplication::instance()) {
-        schedule = new Schedule;
-        qAddPostRoutine(endSchedule);
-    }
-    return schedule;
-}
-
 } // namespace
 
 void VisibilityTimer::start()
 {
-    Schedule *const started = startedSchedule();
-    if (!started)
+    Schedule *const schedule = ofApplication<Schedule>();
+    if (!schedule)
         return;
     m_run = std::make_shared<const Tick>(m_tick);
-    started->add(m_run);
+    schedule->add(m_run);
 }
 
 } // namespace znt

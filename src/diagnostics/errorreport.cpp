@@ -1,10 +1,11 @@
 #include "diagnostics/errorreport.h"
 
 #include "diagnostics/log.h"
+#include "support/application.h"
 #include "support/devicefacts.h"
 #include "support/endpoints.h"
-#include "support/httpclient.h"
 #include "support/json.h"
+#include "support/sessions.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -1,6 +1,7 @@
 #include "splash/videoplayer.h"
 
-#include "support/httpclient.h"
+#include "support/application.h"
+#include "support/sessions.h"
 
 #include <QAudioDevice>
 #include <QAudioOutput>

@@ -1,9 +1,6 @@
 #include "support/httpclient.h"
 
-#include <QCoreApplication>
-#include <QMutex>
 #include <QNetworkReply>
-#include <QPointer>
 #include <QThread>
 
 #include <zlib.h>
@@ -296,108 +293,6 @@ QNetworkReply *HttpClient::request(const HttpRequest &request)
     QNetworkReply *reply = m_network.sendCustomRequest(wire, request.method, upload);
     upload->setParent(reply);
     return reply;
-}
-
-namespace {
-
-HttpLimits limitsOf(Session session)
-{
-    using namespace std::chrono_literals;
-    switch (session) {
-    case Session::Shared:
-        return {.inactivity = 60s, .total = 60s, .bytes = 1024 * 1024, .discardBody = true};
-    case Session::Images:
-        return {.inactivity = 30s, .total = 120s, .bytes = 32 * 1024 * 1024, .mayResend = true};
-    case Session::Exchange:
-        break;
-    }
-    return {};
-}
-
-// Owns the sessions for as long as there is an application object.
-class Sessions
-{
-public:
-    Sessions()
-        : m_exchange(limitsOf(Session::Exchange))
-        , m_shared(limitsOf(Session::Shared))
-        , m_images(new HttpClient(limitsOf(Session::Images)))
-    {
-        QThread *const mainThread = QCoreApplication::instance()->thread();
-        m_exchange.moveToThread(mainThread);
-        m_shared.moveToThread(mainThread);
-        m_images->moveToThread(&m_imageThread);
-        m_imageThread.setObjectName(QStringLiteral("com.zntads.images"));
-        QObject::connect(&m_imageThread, &QThread::finished, m_images, &QObject::deleteLater);
-        m_imageThread.start();
-    }
-    ~Sessions()
-    {
-        m_imageThread.quit();
-        m_imageThread.wait();
-    }
-    Q_DISABLE_COPY_MOVE(Sessions)
-
-    HttpClient *client(Session session)
-    {
-        switch (session) {
-        case Session::Exchange:
-            return &m_exchange;
-        case Session::Shared:
-            return &m_shared;
-        case Session::Images:
-            break;
-        }
-        return m_images;
-    }
-
-private:
-    HttpClient m_exchange;
-    HttpClient m_shared;
-    HttpClient *m_images;
-    QThread m_imageThread;
-};
-
-// Other threads reach the application object through these alone: once it has begun to go, nothing
-// is posted to it and no session is made.
-Q_CONSTINIT QBasicMutex applicationMutex;
-Q_CONSTINIT bool applicationLives = false;
-Q_CONSTINIT Sessions *sessions = nullptr;
-
-void endWithApplication()
-{
-    std::unique_ptr<Sessions> ending; // without the lock: its thread may be waiting for that
-    const QMutexLocker lock(&applicationMutex);
-    applicationLives = false;
-    ending.reset(std::exchange(sessions, nullptr));
-}
-
-void startWithApplication()
-{
-    qAddPostRoutine(endWithApplication);
-    const QMutexLocker lock(&applicationMutex);
-    applicationLives = true;
-}
-Q_COREAPP_STARTUP_FUNCTION(startWithApplication)
-
-} // namespace
-
-void sendHttp(Session session, const HttpRequest &request, HttpClient::Done done)
-{
-    const QMutexLocker lock(&applicationMutex);
-    if (!applicationLives)
-        return;
-    if (!sessions)
-        sessions = new Sessions;
-    sessions->client(session)->send(request, std::move(done));
-}
-
-void onMainThread(std::function<void()> call)
-{
-    const QMutexLocker lock(&applicationMutex);
-    if (applicationLives)
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(), std::move(call), Qt::QueuedConnection);
 }
 
 } // namespace znt

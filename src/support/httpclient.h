@@ -82,16 +82,4 @@ private:
     int m_underWay = 0;
 };
 
-// The library's sessions, made at first use, gone with the application object.
-enum class Session {
-    Exchange, // the exchange's endpoints, on the main thread
-    Shared,   // tracking and error reports, on the main thread
-    Images,   // creatives' pictures, on a thread of its own
-};
-// From any thread; drops the request when there is no application object.
-ZNTADS_INTERNAL void sendHttp(Session session, const HttpRequest &request, HttpClient::Done done);
-
-// Posts to the main thread; drops the call when there is no application object.
-ZNTADS_INTERNAL void onMainThread(std::function<void()> call);
-
 } // namespace znt

@@ -1,6 +1,6 @@
 #include "support/imageview.h"
 
-#include "support/httpclient.h"
+#include "support/application.h"
 
 #include <QGuiApplication>
 #include <QPointer>

@@ -1,7 +1,8 @@
 #include "support/remoteimage.h"
 
-#include "support/httpclient.h"
+#include "support/application.h"
 #include "support/imagedecoder.h"
+#include "support/sessions.h"
 
 #include <QPointer>
 #include <QThreadPool>

@@ -1,5 +1,7 @@
 #include "support/viewengine.h"
 
+#include "support/application.h"
+
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QQmlComponent>
@@ -70,22 +72,6 @@ private:
     QHash<QString, QQmlComponent *> m_components;
 };
 
-ViewEngine *engine = nullptr;
-
-void endEngine()
-{
-    delete std::exchange(engine, nullptr);
-}
-
-ViewEngine *startedEngine()
-{
-    if (!engine && QCoreApplication::instance()) {
-        engine = new ViewEngine;
-        qAddPostRoutine(endEngine);
-    }
-    return engine;
-}
-
 // What Qt reads at its first use in a process and the first looks would otherwise wait for.
 void readFonts()
 {
@@ -119,12 +105,13 @@ void prepareLooks(const QString &name)
 {
     if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
         return;
-    takeTurns({[name] { startedEngine()->prepare(name); }, readFonts, readPictureFormats});
+    takeTurns(
+        {[name] { ofApplication<ViewEngine>()->prepare(name); }, readFonts, readPictureFormats});
 }
 
 QQuickItem *createLooks(QQuickItem *view, const QString &name)
 {
-    ViewEngine *with = startedEngine();
+    ViewEngine *with = ofApplication<ViewEngine>();
     return with ? with->create(name, view) : nullptr;
 }
 
