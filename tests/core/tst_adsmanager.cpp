@@ -94,9 +94,7 @@ private slots:
         const ZNTInteractionCtrlArg arg = *manager->interactionCtrlArg();
         QCOMPARE(arg.canSkip(), 3);
         QCOMPARE(arg.adType(), 2); // the low 32 bits
-        QCOMPARE(arg.shakeArgs().size(), 1);
-        QCOMPARE(arg.shakeArgs().constFirst().startHour(), 8);
-        QCOMPARE(arg.shakeArgs().constFirst().endHour(), 0);
+        QCOMPARE(arg.shakeArgs(), QList{ZNTShakeSlopArg::initWithDictionary({{"startHour", 8}})});
         QVERIFY(arg.slopArgs().isEmpty());
 
         const auto stored = [](const char *key) { return userdefaults::read(key); };

@@ -9,11 +9,7 @@
 using namespace znt::test;
 using sandbox::Answer;
 
-namespace {
-
 const QString path = "/logs.do";
-
-} // namespace
 
 class tst_errorreport : public QObject
 {

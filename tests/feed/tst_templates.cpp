@@ -1,6 +1,7 @@
 #include "support/frames.h"
 #include "support/hand.h"
 #include "support/host.h"
+#include "support/pictures.h"
 
 #include <ZNTAds/ZNTFeedAdView.h>
 #include <ZNTAds/ZNTFeedManager.h>
@@ -165,7 +166,8 @@ private slots:
 
     void loadsThePictures()
     {
-        exchange.setAnswerAt("/slow.png", {.delay = std::chrono::milliseconds(150)});
+        exchange.setAnswerAt("/slow.png",
+            {.body = written(twoHalves({2, 2})), .delay = std::chrono::milliseconds(100)});
         view = create(6);
         view->setupWithAdsData(record({}, {exchange.at("/slow.png")}));
         view->setupWithAdsData(record(
@@ -174,6 +176,8 @@ private slots:
         for (const char *name : {"imageViews[0]", "imageViews[1]", "imageViews[2]"})
             QTRY_VERIFY(of(name, "hasImage").toBool());
         QCOMPARE(exchange.hits("/creatives/isle-wide.jpg"), 0);
+        QTest::qWait(200); // the slow one has come
+        QCOMPARE(of("imageViews[0]", "image").value<QImage>().width(), 1280);
 
         view->setupWithAdsData(record({}, {"x"}, {}, "file:///etc/hostname"));
         QVERIFY(!of("imageViews[0]", "hasImage").toBool());

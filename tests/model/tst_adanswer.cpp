@@ -5,12 +5,8 @@
 using namespace znt;
 using namespace znt::test;
 
-namespace {
-
 constexpr TrackingTexts countingTexts{
     "Processed %1 dpEvent URLs", "Converted single dpEvent URL to array"};
-
-} // namespace
 
 class tst_adanswer : public QObject
 {

@@ -19,12 +19,6 @@ private:
     static QImage grab(Scene &scene) { return scene.window.grabWindow(); }
 
 private slots:
-    void initTestCase()
-    {
-        exchange.setAnswerAt(
-            "/noise.mp4", {.body = QByteArray(100'000, 'x'), .contentType = "video/mp4"});
-    }
-
     void init()
     {
         // Qt's own, where there is neither sound nor a graphics card.
@@ -78,6 +72,8 @@ private slots:
     void staysHiddenWithoutAVideo()
     {
         Scene noise(Image), gone(Shake), file(Slide), good(Image);
+        exchange.setAnswerAt(
+            "/noise.mp4", {.body = QByteArray(100'000, 'x'), .contentType = "video/mp4"});
         noise.view->setupWithVideoUrl(exchange.at("/noise.mp4"), {});
         gone.view->setupWithVideoUrl(creative("nothing.mp4"), {});
         file.view->setupWithVideoUrl("file:///etc/passwd", {});

@@ -53,10 +53,7 @@ public:
     void interstitialAdDidVisible() override { hear("visible"); }
     void interstitialAdDidClick() override { hear("click"); }
     void interstitialAdDidCloseOtherController() override { hear("other"); }
-    void interstitialAdDidAutoClose(bool automatic) override
-    {
-        hear(automatic ? "auto-closed" : "closed");
-    }
+    void interstitialAdDidAutoClose(bool by) override { hear(by ? "auto-closed" : "closed"); }
 
     void feedAdDidLoad(const QList<ZNTFeedAdDataPtr> &ads) override
     {

@@ -29,15 +29,10 @@ public:
         logger()->exportLogsWithCompletion([&](auto, auto) { written.release(); });
         written.acquire();
 
-        QFile file(logger()->currentLogFilePath());
-        if (!file.open(QIODevice::ReadOnly) || !file.seek(m_position))
-            return {};
-        const QStringList lines =
-            QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
-        m_position = file.pos();
-
+        const QString text = QString::fromUtf8(contents(logger()->currentLogFilePath()));
+        const QString latest = text.mid(std::exchange(m_position, text.size()));
         QStringList result;
-        for (const QString &line : lines)
+        for (const QString &line : latest.split(u'\n', Qt::SkipEmptyParts))
             result.append(line.section(u'[', 2).replace("] ", " "));
         return result;
     }

@@ -30,10 +30,10 @@ std::vector<QVector4D> trulyBlurred(std::vector<QVector4D> pixels, const QSize &
 std::vector<QVector4D> pixelsOf(const QImage &image)
 {
     std::vector<QVector4D> pixels;
-    for (int y = 0; y < image.height(); ++y) {
-        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
-        for (int x = 0; x < image.width(); ++x)
-            pixels.emplace_back(qRed(line[x]), qGreen(line[x]), qBlue(line[x]), qAlpha(line[x]));
+    for (int at = 0; at < image.width() * image.height(); ++at) {
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(at / image.width()));
+        const QRgb pixel = line[at % image.width()];
+        pixels.emplace_back(qRed(pixel), qGreen(pixel), qBlue(pixel), qAlpha(pixel));
     }
     return pixels;
 }
