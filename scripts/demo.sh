@@ -4,12 +4,12 @@
 # it happens; the pictures are kept. Usage: scripts/demo.sh [PICTURES_DIR]
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/exchange.sh
 pictures=$(realpath -m "${1:-screenshots}")
 
 scripts/setup.sh build
 cmake --preset dev
 cmake --build --preset dev --target zntads-exchange zntads-player
-bin=build/dev
 work=$(mktemp -d)
 trap 'kill $(jobs -p) 2>/dev/null || true; rm -rf "$work"' EXIT
 
@@ -18,18 +18,10 @@ timeline() { # WHO: one line of JSON a line, cut to a width that a terminal show
 }
 
 echo "== The exchange starts"
-mkfifo "$work/exchange"
-"$bin/sandbox/zntads-exchange" --state-dir build/demo >"$work/exchange" &
-exec 3<"$work/exchange"
-read -r listening <&3
+start_exchange build/demo "$work/exchange"
 timeline exchange <<<"$listening"
 timeline exchange <&3 &
-field() { sed -E "s/.*\"$1\": ?\"([^\"]*)\".*/\1/" <<<"$listening"; }
-
-play() {
-    "$bin/examples/player/zntads-player" --exchange "$(field https)" --log-upload "$(field http)" \
-        --ca-file "$(field ca)" --data-dir "$work/data" --log off "$@" | timeline player
-}
+play() { player "$work/data" "$@" | timeline player; }
 
 mkdir -p "$pictures"
 echo "== A splash ad from its request to its close, with a tap at two seconds"

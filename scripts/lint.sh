@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Formatting, the public headers' reference, clang-tidy, clazy and qmllint over the whole project. Changes nothing.
+# Formatting of everything, the public headers' reference, and clazy, clang-tidy and qmllint over the
+# library, the exchange and the examples. Changes nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh build lint

@@ -1,4 +1,4 @@
-#!/bin/bash
+#!/usr/bin/env bash
 # Renders the library's artwork, src/resources/*.svg, at one, two and three pixels a point.
 # Needs rsvg-convert (Debian: librsvg2-bin).
 set -euo pipefail

@@ -27,6 +27,10 @@ for group in "${@:-build}"; do
     esac
 done
 
+if ! command -v dpkg-query >/dev/null; then
+    echo "setup.sh: knows Debian's packages only; install the counterparts of: ${wanted[*]}" >&2
+    exit 1
+fi
 installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' 2>/dev/null | sed -n 's/^installed //p')
 missing=()
 for package in "${wanted[@]}"; do

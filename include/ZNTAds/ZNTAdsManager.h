@@ -63,7 +63,7 @@ public:
     /// @param completion gets the outcome; may be empty
     void sendNegativeFeedbackWithType(
         qint64 type, const QString &bizId, const QJsonValue &ext, FeedbackCompletion completion);
-    /// SHA-256 of the text's UTF-8 bytes, as 64 lower-case hexadecimal digits.
+    /// SHA-256 of the text's UTF-8 bytes up to its first NUL, as 64 lower-case hexadecimal digits.
     QString sha256(const QString &text) const;
 
     /// Sets the visible share in percent from which an ad counts as seen; clamped to 0…100, not a

@@ -44,14 +44,14 @@ public:
     /// registerWithAppId(); after a registration that succeeded it changes nothing.
     /// @param httpsBase base of the three exchange endpoints, of scheme https; empty keeps it
     /// @param httpBase base of the log endpoint, of scheme http; empty keeps it
-    /// @return whether both were empty or of the right form and now hold
+    /// @return whether both were empty or of the right form; one that was holds in any case
     static bool setEndpoints(const QUrl &httpsBase, const QUrl &httpBase);
 
     /// Opens a click target and says whether that worked; called on the main thread.
     using UrlOpener = std::function<bool(const QUrl &url)>;
     /// Lets the host open click targets itself, for instance in a browser view of its own. Targets
-    /// that are local files or resources never reach it. An empty @p opener brings
-    /// QDesktopServices::openUrl() back.
+    /// that are local files or resources never reach it. It is kept until another takes its place;
+    /// an empty @p opener brings QDesktopServices::openUrl() back.
     static void setUrlOpener(UrlOpener opener);
 
     /// How much of each edge of the application's windows is taken by a notch, rounded corners or a

@@ -84,10 +84,11 @@ public:
     /// Ends that watch and forgets the view. A null record only logs a warning.
     void unregisterAdData(const ZNTFeedAdDataPtr &adData);
     /// Ends the watch of each loaded record and forgets all records, views and reports. Watches of
-    /// records from an earlier load go on. Call it before letting go of the manager.
+    /// records from an earlier load go on.
     void deallocAllFeedProperty();
 
-    /// The registered views by their records; a view that was destroyed is null.
+    /// The registered views by their records; a view that was destroyed is null. A key only tells
+    /// records apart, as the record itself may be gone.
     const QHash<const ZNTFeedAdData *, QPointer<QQuickItem>> &registeredViews() const;
     /// Whether the record's view is being watched.
     bool isCheckingVisibility(const ZNTFeedAdDataPtr &adData) const;

@@ -22,7 +22,7 @@ class ZNTADS_EXPORT ZNTFreqCtrlArg
     ZNT_PROPERTY(qint32, expHouly, setExpHouly);
     /// Clicks an hour; the exchange spells it so.
     ZNT_PROPERTY(qint32, clkHouly, setClkHouly);
-    /// Least time between two exposures.
+    /// Least time between two exposures, in the exchange's unit.
     ZNT_PROPERTY(qint32, expInterval, setExpInterval);
 
 public:

@@ -13,7 +13,8 @@
 ///
 /// Every method may be called from any thread, also before QCoreApplication exists. Lines of one
 /// thread keep their order; lines of several are interleaved whole. Files are
-/// "Documents/Logs/yyyy-MM-dd.log", written about once a second or when 65,536 UTF-16 units wait.
+/// "Documents/Logs/yyyy-MM-dd.log", on a desktop the user's, which applications share; none is ever
+/// removed. They are written about once a second or when 65,536 UTF-16 units wait.
 /// No call waits for the disk: lines wait in memory, and all are written when the process exits
 /// normally. A process made by fork() writes nothing.
 class ZNTADS_EXPORT ZNTLogManager

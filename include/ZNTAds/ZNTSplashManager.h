@@ -63,7 +63,7 @@ public:
     bool portrait() const;
     void setPortrait(bool portrait);
 
-    /// Requests an ad. Showing is a call of its own.
+    /// Requests an ad. Showing is a call of its own, which names the window again.
     void loadAndShowSplashAdWithWindow(QQuickWindow *window);
     /// Takes an answer of the exchange as if it had been requested.
     /// @return whether it held an ad that is now loaded

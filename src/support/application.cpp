@@ -30,7 +30,8 @@ void onMainThread(std::function<void()> call)
 {
     const QMutexLocker lock(&mutex);
     if (isThere)
-        QMetaObject::invokeMethod(qApp, std::move(call), Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), std::move(call), Qt::QueuedConnection);
 }
 
 } // namespace znt

@@ -93,7 +93,7 @@ void takeTurns(const QList<std::function<void()>> &steps)
 {
     if (steps.isEmpty())
         return;
-    QTimer::singleShot(0, qApp, [steps] {
+    QTimer::singleShot(0, QCoreApplication::instance(), [steps] {
         steps.first()();
         takeTurns(steps.mid(1));
     });
