@@ -9,6 +9,8 @@
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTInterstitialAd.h>
 
+#include <QTimer>
+
 #include <limits>
 
 using namespace znt;

@@ -1,5 +1,7 @@
 #include "support/pressarea.h"
 
+#include <QCursor>
+
 namespace znt {
 
 PressArea::PressArea(QQuickItem *parent)
