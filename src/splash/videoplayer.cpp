@@ -28,8 +28,10 @@ VideoPlayer::VideoPlayer(const QString &url)
 
 VideoPlayer::~VideoPlayer()
 {
-    if (m_player)
-        m_player->setVideoOutput(nullptr); // a backend may still have frames under way to the sink
+    if (!m_player)
+        return;
+    m_player->setVideoOutput(nullptr); // a backend may still have frames under way to the sink
+    m_player->setSource({}); // else GStreamer's takes its pipeline apart when it is half destroyed
 }
 
 void VideoPlayer::play(const QByteArray &video)
