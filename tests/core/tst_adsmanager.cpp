@@ -55,8 +55,7 @@ private slots:
     // Runs first: what holds before the host has registered.
     void unregistered()
     {
-        QVERIFY(ZNTAdsSDK::isTestMode());
-        QVERIFY(!manager->isTestMode());
+        QVERIFY(ZNTAdsSDK::isTestMode() && !manager->isTestMode());
         QCOMPARE(manager->currentExposureRatio(), 70.0);
         QCOMPARE(manager->baseUrl(), "https://kept.example");
         QVERIFY(!manager->interactionCtrlArg()); // what was stored is no record

@@ -126,7 +126,6 @@ private slots:
             {"type": "TXT", "content": "b"}, {"type": "DESC", "content": "c"}],
             "images": [{"url": "i1"}, {"url": 3}, 9, {"url": "i2"}],
             "trackInfo": {"viewUrl3rd": 4, "clickUrl3rd": "k", "dpEventUrls": ["d", 1]}})");
-        QVERIFY(record);
         QVERIFY(record->title() == u"a" || record->title() == u"b");
         QCOMPARE(record->desc(), record->title());
         QCOMPARE(record->style(), 6);
@@ -146,7 +145,6 @@ private slots:
             QCOMPARE(manager->loadedAdDataArray().size(), kept);
         }
         QCOMPARE(manager->adData()->adId(), "5");
-        QVERIFY(!manager->handleAdResponse(QJsonArray()));
     }
 
     void countsAnAdOnceItIsSeen()
@@ -216,8 +214,7 @@ private slots:
         QCOMPARE(host.heard, QStringList{"click"});
         QTRY_COMPARE(host.heard, QStringList({"click", "other"}));
         QCOMPARE(application.opened, QStringList({"app:3", exchange.at("/landing/3")}));
-        QVERIFY(exchange.waitForRequests("/t/click/3", 1));
-        QVERIFY(exchange.waitForRequests("/t/dp/3", 1));
+        QTRY_VERIFY(hits("/t/click/3") == 1 && hits("/t/dp/3") == 1);
         QCOMPARE(hits("/t/click/1"), 0);
 
         manager->adViewDidClose();

@@ -29,11 +29,7 @@ private slots:
         sent.insert("unknown", 1);
         const ZNTAdInfo ad = ZNTAdInfo::initWithDictionary(sent);
         QCOMPARE(ad.toDictionary(), fullAd);
-
-        QCOMPARE(ad.adId(), "a");
         QCOMPARE(ad.images()->first().height(), 1920);
-        QCOMPARE(ad.texts()->size(), 2);
-        QCOMPARE(ad.urlInfo()->deepLinkUrl(), "d");
         QCOMPARE(ad.appInfo()->appComplianceInfo()->permissionList()->first().value(), "v");
     }
 

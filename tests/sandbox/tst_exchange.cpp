@@ -85,8 +85,7 @@ private slots:
         QCOMPARE(json(ask("splash", "wrong"))[u"code"], 401);
         QVERIFY(exchange->waitForRequests("/s/req2.do", 2));
         const auto requests = exchange->requests("/s/req2.do");
-        QVERIFY(*requests[0].signatureOk);
-        QVERIFY(!*requests[1].signatureOk);
+        QVERIFY(*requests[0].signatureOk && !*requests[1].signatureOk);
         QCOMPARE(requests[0].position, "splash");
 
         // Two requests over one connection, byte by byte as a client wrote them.
@@ -217,7 +216,6 @@ private slots:
         QCOMPARE(line[u"path"], "/logs.do");
         QCOMPARE(line[u"body"], "{\"a\":1}");
         QCOMPARE(line[u"count"], 1);
-        QVERIFY(line[u"signatureOk"].isUndefined());
         program.kill();
         program.waitForFinished();
         QCOMPARE(contents(dir.filePath("log")), first + second);

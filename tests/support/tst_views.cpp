@@ -78,9 +78,8 @@ private slots:
     void imageViewFollowsWhatHappensToIt()
     {
         ImageView view;
-        const qreal nan = qQNaN();
-        for (const QSizeF &size :
-            {QSizeF(0, 50), QSizeF(nan, nan), QSizeF(-5, 5), QSizeF(1e9, 1e9), QSizeF(50, 50)}) {
+        for (const QSizeF &size : {QSizeF(0, 50), QSizeF(qQNaN(), qQNaN()), QSizeF(-5, 5),
+                 QSizeF(1e9, 1e9), QSizeF(50, 50)}) {
             view.setSize(size);
             view.setImage(twoHalves({30, 30}));
             view.setContentMode("aspectFill");
@@ -94,7 +93,6 @@ private slots:
             QTRY_VERIFY(view.isReady());
             QCOMPARE(window.grabWindow().pixelColor(5, 5), QColor(Qt::red));
             view.setImage({});
-            QVERIFY(!view.hasImage());
             QTRY_VERIFY(view.isReady());
             QCOMPARE(window.grabWindow().pixelColor(5, 5), QColor(Qt::white));
             view.setImage(twoHalves({20, 20}));
