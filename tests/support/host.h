@@ -53,7 +53,7 @@ public:
     void interstitialAdDidVisible() override { hear("visible"); }
     void interstitialAdDidClick() override { hear("click"); }
     void interstitialAdDidCloseOtherController() override { hear("other"); }
-    void interstitialAdDidAutoClose(bool by) override { hear(by ? "auto-closed" : "closed"); }
+    void interstitialAdDidAutoClose(bool timed) override { hear(timed ? "auto-closed" : "closed"); }
 
     void feedAdDidLoad(const QList<ZNTFeedAdDataPtr> &ads) override
     {
