@@ -52,8 +52,9 @@ public:
     /// Which creative to build: 1 shake, 2 slide, anything else the plain picture.
     qint64 adStyle() const;
     void setAdStyle(qint64 style);
-    /// An item of the host's shown under the ad, at its present height; removed from the window
-    /// when the ad closes. Null for none. The host keeps owning it.
+    /// An item of the host's that the next show puts under the ad, at the height that it has then.
+    /// When the ad closes it is removed from the window, and none is set any more. Null for none.
+    /// The host keeps owning it.
     QQuickItem *bottomView() const;
     void setBottomView(QQuickItem *bottomView);
     /// Kept for the host; the splash ad does not use it.

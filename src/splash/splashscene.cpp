@@ -52,7 +52,7 @@ SplashScene::SplashScene(QObject *parent)
 SplashScene::~SplashScene()
 {
     if (isFading())
-        removeViews();
+        endFade();
     else if (m_view && m_view->parentItem())
         connect(m_view, &ZNTSplashAdView::skipClicked, m_view, &QObject::deleteLater);
     else
@@ -61,24 +61,24 @@ SplashScene::~SplashScene()
 
 void SplashScene::show(ZNTSplashAdView *view, QQuickWindow *window)
 {
-    if (isFading()) {
-        m_fade.stop();
-        setOpacity(1);
-    }
-    removeView();
+    if (isFading())
+        endFade();
+    else
+        removeViews();
     m_view = view;
     m_isShown = true;
     connect(view, &ZNTSplashAdView::skipClicked, this, &SplashScene::skipped);
     if (!window)
         return;
     QQuickItem *content = window->contentItem();
-    followSize(content, view, m_bottomView);
+    m_shownBottomView = m_bottomView;
+    followSize(content, view, m_shownBottomView);
     view->setParent(content);
     view->setParentItem(content);
     raise(view);
-    if (m_bottomView) {
-        m_bottomView->setParentItem(content);
-        raise(m_bottomView);
+    if (m_shownBottomView) {
+        m_shownBottomView->setParentItem(content);
+        raise(m_shownBottomView);
     }
 }
 
@@ -87,7 +87,7 @@ void SplashScene::fadeOut()
     if (isFading())
         return;
     detachView();
-    m_bottomOpacity = m_bottomView ? m_bottomView->opacity() : 1;
+    m_bottomOpacity = m_shownBottomView ? m_shownBottomView->opacity() : 1;
     m_fade.start();
 }
 
@@ -95,8 +95,8 @@ void SplashScene::setOpacity(double opacity)
 {
     if (m_view)
         m_view->setOpacity(opacity);
-    if (m_bottomView)
-        m_bottomView->setOpacity(opacity * m_bottomOpacity);
+    if (m_shownBottomView)
+        m_shownBottomView->setOpacity(opacity * m_bottomOpacity);
 }
 
 // It still covers what lies beneath, but what a person does with it counts no more.
@@ -121,16 +121,21 @@ void SplashScene::removeView()
 void SplashScene::removeViews()
 {
     removeView();
-    if (m_bottomView) {
-        m_bottomView->setParentItem(nullptr);
-        m_bottomView->setOpacity(m_bottomOpacity);
-    }
-    m_bottomView = nullptr;
+    if (QQuickItem *bottomView = std::exchange(m_shownBottomView, nullptr))
+        bottomView->setParentItem(nullptr);
+}
+
+void SplashScene::endFade()
+{
+    m_fade.stop();
+    setOpacity(1);
+    removeViews();
 }
 
 void SplashScene::close()
 {
-    removeViews();
+    endFade();
+    m_bottomView = nullptr;
     m_isShown = false;
     Q_EMIT closed();
 }

@@ -21,11 +21,11 @@ public:
     // it.
     ~SplashScene() override;
 
-    // Counts from the next show on, at the height that it has then.
+    // Counts from the next show on, at the height that it has then, and until that has been closed.
     void setBottomView(QQuickItem *view) { m_bottomView = view; }
     QQuickItem *bottomView() const { return m_bottomView; }
 
-    // Owns the creative, which takes the place of the one before it. Both views follow the window's
+    // Owns the creative. The two views take the place of those before them and follow the window's
     // size; without a window nothing is seen.
     void show(ZNTSplashAdView *view, QQuickWindow *window);
     ZNTSplashAdView *view() const { return m_view; }
@@ -39,7 +39,7 @@ public:
 Q_SIGNALS:
     // The creative's skip button was used.
     void skipped();
-    // Faded out; the views are no longer in the window, and the bottom view is forgotten.
+    // Faded out; the views are no longer in the window, and no bottom view is set.
     void closed();
 
 private:
@@ -47,10 +47,12 @@ private:
     void detachView();
     void removeView();
     void removeViews();
+    void endFade();
     void close();
 
     QPointer<ZNTSplashAdView> m_view;
-    QPointer<QQuickItem> m_bottomView;
+    QPointer<QQuickItem> m_bottomView; // for the next show
+    QPointer<QQuickItem> m_shownBottomView;
     QVariantAnimation m_fade;
     double m_bottomOpacity = 1; // the host's own
     bool m_isShown = false;

@@ -148,12 +148,15 @@ private slots:
         QTRY_COMPARE(view->size(), QSizeF(812, 275));
         QCOMPARE(bottom.y(), 275);
         bottom.setOpacity(0.5);
+        QQuickItem next(stage.window.contentItem());
+        stage.manager->setBottomView(&next);
         stage.manager->closeSplashAd();
         stage.manager->closeSplashAd();
         stage.manager->splashAdView()->handleAdClick(); // a shake while it fades
         QTRY_VERIFY(stage.host.heard.contains("finish"));
         QVERIFY(!bottom.parentItem());
         QCOMPARE(bottom.opacity(), 0.5);
+        QVERIFY(next.parentItem() && next.opacity() == 1 && !stage.manager->bottomView());
         QVERIFY(!stage.host.heard.contains("click"));
         QCOMPARE(stage.host.heard.count("finish"), 1);
     }
