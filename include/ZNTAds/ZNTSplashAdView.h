@@ -99,6 +99,7 @@ protected:
 private:
     znt::SplashContent *content() const;
     void followContent();
+    void enter(QQuickWindow *window);
     void takeFocus();
     void updateSafeInsets();
 

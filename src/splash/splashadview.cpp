@@ -120,15 +120,20 @@ void ZNTSplashAdView::geometryChange(const QRectF &newGeometry, const QRectF &ol
 void ZNTSplashAdView::itemChange(ItemChange change, const ItemChangeData &data)
 {
     QQuickItem::itemChange(change, data);
-    if (change == ItemSceneChange && data.window) {
-        for (const auto sizeChanged : {&QQuickWindow::widthChanged, &QQuickWindow::heightChanged})
-            connect(data.window, sizeChanged, this, &ZNTSplashAdView::updateSafeInsets,
-                Qt::UniqueConnection);
-    }
-    if (change == ItemParentHasChanged) {
+    if (change == ItemSceneChange)
+        data.window ? enter(data.window) : d->focus.giveBack();
+    if (change == ItemParentHasChanged)
         updateSafeInsets();
-        data.item ? takeFocus() : d->focus.giveBack();
-    }
+}
+
+void ZNTSplashAdView::enter(QQuickWindow *window)
+{
+    for (const auto sizeChanged : {&QQuickWindow::widthChanged, &QQuickWindow::heightChanged})
+        connect(
+            window, sizeChanged, this, &ZNTSplashAdView::updateSafeInsets, Qt::UniqueConnection);
+    updateSafeInsets();
+    // Queued: Qt is in the middle of a move, at whose end it settles the focus itself.
+    QMetaObject::invokeMethod(this, &ZNTSplashAdView::takeFocus, Qt::QueuedConnection);
 }
 
 void ZNTSplashAdView::keyPressEvent(QKeyEvent *event)

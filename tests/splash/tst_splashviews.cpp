@@ -82,6 +82,11 @@ private slots:
         QCOMPARE(scene.view->safeBottom(), 22.0);
         scene.view->setY(40);
         QCOMPARE(scene.view->safeTop(), 7.0);
+        QQuickItem page;
+        scene.view->setParentItem(&page);
+        QCOMPARE(scene.view->safeTop(), 0.0);
+        page.setParentItem(scene.window.contentItem());
+        QCOMPARE(scene.view->safeTop(), 7.0);
     }
 
     void isHiddenUntilThePictureIsThere()
@@ -205,7 +210,11 @@ private slots:
         Scene scene(Image);
         QQuickItem field(scene.window.contentItem());
         field.forceActiveFocus();
+        QQuickItem page;
+        scene.view->setParentItem(&page);
         QVERIFY(show(scene));
+        page.setParentItem(scene.window.contentItem());
+        scene.settle();
         QTest::keyClick(&scene.window, Qt::Key_Return); // meant for the host's field
         scene.settle();
         QCOMPARE(scene.clicks() + scene.skips, 0);
