@@ -83,16 +83,11 @@ protected:
     ZNTFeedAdView(const QString &looks, QQuickItem *parent);
 
     void itemChange(ItemChange change, const ItemChangeData &data) override;
-    void keyPressEvent(QKeyEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
-    void mouseDoubleClickEvent(QMouseEvent *event) override;
-    void mouseUngrabEvent() override;
 
 private:
     void load(const QString &url, QImage &image, void (ZNTFeedAdView::*changed)());
     void createLooks();
+    void acceptTaps();
     void takeImplicitSize();
     void tellArrival();
 

@@ -2,19 +2,20 @@ import QtQuick
 import ZNTAds
 
 // What all feed templates look like: a clear ground.
-Item {
+FeedGround {
     id: root
 
     required property ZNTFeedAdView view
 
     implicitWidth: 375
+    focus: true
     activeFocusOnTab: view.interactive
 
     Accessible.role: Accessible.Link
     Accessible.name: view.title || view.source
     Accessible.description: view.source
     Accessible.focusable: view.interactive
-    Accessible.onPressAction: view.tapped()
+    Accessible.onPressAction: tapped()
 
     Rectangle {
         anchors.fill: parent

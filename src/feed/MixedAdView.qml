@@ -51,6 +51,6 @@ FeedAdView {
         y: 15
         width: 30
         height: 30
-        onClicked: root.view.closeRequested()
+        onClicked: root.closeRequested()
     }
 }

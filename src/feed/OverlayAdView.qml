@@ -67,7 +67,7 @@ FeedAdView {
                 backgroundColor: "#0A84FF"
                 cornerRadius: 15
                 interactive: root.view.interactive
-                onClicked: root.view.tapped()
+                onClicked: root.tapped()
             }
         }
     }
@@ -75,7 +75,7 @@ FeedAdView {
     FeedCloseButton {
         x: root.width - 32
         y: 10
-        onClicked: root.view.closeRequested()
+        onClicked: root.closeRequested()
     }
 
     Label {

@@ -42,7 +42,7 @@ FeedAdView {
     FeedCloseButton {
         x: root.width - 34
         y: 12
-        onClicked: root.view.closeRequested()
+        onClicked: root.closeRequested()
     }
 
     Label {

@@ -1,8 +1,10 @@
 #include <ZNTAds/ZNTFeedAdView.h>
 
-#include "support/press.h"
+#include "feed/feedground.h"
 #include "support/remoteimage.h"
 #include "support/viewengine.h"
+
+using znt::FeedGround;
 
 namespace {
 
@@ -23,13 +25,12 @@ struct ZNTFeedAdView::Private
 {
     QString looksName;
     ZNTDelegateRef<ZNTAdViewDelegate> delegate;
-    QQuickItem *looks = nullptr;
+    FeedGround *looks = nullptr;
     QString title;
     QString source = QStringLiteral("广告");
     QImage picture;
     QImage logo;
     bool showsLogo = false;
-    znt::Press press;
     // Counts the setups, so that what an earlier one has ordered is not shown.
     int setups = 0;
 };
@@ -39,6 +40,7 @@ ZNTFeedAdView::ZNTFeedAdView(const QString &looks, QQuickItem *parent)
     , d(std::make_unique<Private>())
 {
     d->looksName = looks;
+    setFlag(ItemIsFocusScope);
     // Queued: the delegate may destroy the template, and must not do so inside an event that one of
     // its children is handling.
     connect(this, &ZNTFeedAdView::tapped, this, &ZNTFeedAdView::adViewTapped, Qt::QueuedConnection);
@@ -56,11 +58,20 @@ void ZNTFeedAdView::createLooks()
 {
     if (d->looks)
         return;
-    d->looks = znt::createLooks(this, d->looksName);
+    d->looks = qobject_cast<FeedGround *>(znt::createLooks(this, d->looksName));
     if (!d->looks)
         return;
+    connect(d->looks, &FeedGround::closeRequested, this, &ZNTFeedAdView::closeRequested);
     connect(d->looks, &QQuickItem::implicitHeightChanged, this, &ZNTFeedAdView::takeImplicitSize);
     takeImplicitSize();
+}
+
+void ZNTFeedAdView::acceptTaps()
+{
+    if (!d->looks)
+        return;
+    d->looks->setAcceptedMouseButtons(Qt::LeftButton);
+    connect(d->looks, &FeedGround::tapped, this, &ZNTFeedAdView::tapped, Qt::UniqueConnection);
 }
 
 void ZNTFeedAdView::setDelegate(const ZNTDelegateRef<ZNTAdViewDelegate> &delegate)
@@ -81,9 +92,9 @@ void ZNTFeedAdView::setupWithAdsData(const ZNTFeedAdDataPtr &adData)
     d->title = shortened(adData->title());
     d->source = adData->source().isEmpty() ? QStringLiteral("广告") : shortened(adData->source());
     d->showsLogo = !adData->sourceLogo().isNull();
-    setAcceptedMouseButtons(Qt::LeftButton);
     Q_EMIT contentChanged();
     createLooks();
+    acceptTaps();
     load(adData->imageUrls().value(0), d->picture, &ZNTFeedAdView::pictureChanged);
     load(adData->sourceLogo(), d->logo, &ZNTFeedAdView::logoChanged);
 }
@@ -164,55 +175,4 @@ void ZNTFeedAdView::itemChange(ItemChange change, const ItemChangeData &data)
         return;
     createLooks();
     QMetaObject::invokeMethod(this, &ZNTFeedAdView::tellArrival, Qt::QueuedConnection);
-}
-
-// As an item that takes the press, not as a handler: what lies beneath hears nothing of the tap,
-// and a list may still take the press over when it becomes a drag.
-void ZNTFeedAdView::mousePressEvent(QMouseEvent *event)
-{
-    d->press.begin(event->position(), qint64(event->timestamp()));
-}
-
-void ZNTFeedAdView::mouseMoveEvent(QMouseEvent *event)
-{
-    d->press.move(event->position(), qint64(event->timestamp()));
-}
-
-void ZNTFeedAdView::mouseReleaseEvent(QMouseEvent *event)
-{
-    d->press.move(event->position(), qint64(event->timestamp()));
-    const bool isTap = d->press.isActive() && !d->press.isPan() && contains(event->position());
-    d->press.cancel();
-    if (isTap)
-        Q_EMIT tapped();
-}
-
-void ZNTFeedAdView::mouseDoubleClickEvent(QMouseEvent *event)
-{
-    event->accept(); // its press and release come as well
-}
-
-void ZNTFeedAdView::mouseUngrabEvent()
-{
-    d->press.cancel();
-}
-
-void ZNTFeedAdView::keyPressEvent(QKeyEvent *event)
-{
-    const bool isPress = !event->isAutoRepeat();
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-        event->setAccepted(isInteractive());
-        if (isPress && isInteractive())
-            Q_EMIT tapped();
-        break;
-    case Qt::Key_Escape:
-        if (isPress)
-            Q_EMIT closeRequested();
-        break;
-    default:
-        event->ignore();
-    }
 }

@@ -36,7 +36,7 @@ Item {
             Accessible.name: descLabel.text
             Accessible.onPressAction: root.view.clicked()
 
-            PressArea {
+            Cover {
                 anchors.fill: parent
                 onTapped: root.view.clicked()
             }

@@ -35,7 +35,7 @@ qreal moved(qreal at, qreal length, qreal from, qreal to)
 } // namespace
 
 InterstitialOverlay::InterstitialOverlay(const QJsonObject &ad, QQuickItem *screen)
-    : PressArea(screen)
+    : Cover(screen)
     , m_text(textOf(ad))
 {
     setFlag(ItemIsFocusScope);
@@ -118,13 +118,13 @@ void InterstitialOverlay::updateSafeArea()
 
 void InterstitialOverlay::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
 {
-    PressArea::geometryChange(newGeometry, oldGeometry);
+    Cover::geometryChange(newGeometry, oldGeometry);
     updateSafeArea();
 }
 
 void InterstitialOverlay::itemChange(ItemChange change, const ItemChangeData &data)
 {
-    PressArea::itemChange(change, data);
+    Cover::itemChange(change, data);
     if (change == ItemSceneChange)
         enter(data.window);
 }
@@ -145,7 +145,7 @@ void InterstitialOverlay::enter(QQuickWindow *window)
 bool InterstitialOverlay::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::ShortcutOverride || !hasActiveFocus())
-        return PressArea::eventFilter(watched, event);
+        return Cover::eventFilter(watched, event);
     event->accept();
     return true;
 }

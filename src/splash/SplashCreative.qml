@@ -13,7 +13,7 @@ Item {
         && Window.visibility !== Window.Minimized
     default property alias subviews: containerView.data
 
-    PressArea {
+    Cover {
         id: ground
         anchors.fill: parent
         activeFocusOnTab: true

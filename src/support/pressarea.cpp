@@ -8,12 +8,6 @@ PressArea::PressArea(QQuickItem *parent)
     : QQuickItem(parent)
 {
     m_clock.start();
-    setAcceptedMouseButtons(Qt::AllButtons);
-    setAcceptTouchEvents(true);
-    setAcceptHoverEvents(true);
-    setKeepMouseGrab(true); // no handler beneath takes a press over when it becomes a drag
-    setKeepTouchGrab(true);
-    setCursor(Qt::ArrowCursor); // else the cursor of what lies beneath would show
 }
 
 void PressArea::mousePressEvent(QMouseEvent *event)
@@ -65,21 +59,6 @@ void PressArea::touchEvent(QTouchEvent *event)
 void PressArea::touchUngrabEvent()
 {
     m_press.cancel();
-}
-
-void PressArea::wheelEvent(QWheelEvent *event)
-{
-    event->accept();
-}
-
-void PressArea::hoverEnterEvent(QHoverEvent *event)
-{
-    event->accept();
-}
-
-void PressArea::hoverMoveEvent(QHoverEvent *event)
-{
-    event->accept();
 }
 
 void PressArea::keyPressEvent(QKeyEvent *event)

@@ -1,4 +1,4 @@
-// The ground of a view that covers what lies beneath it.
+// The item that a person presses.
 #pragma once
 
 #include "support/press.h"
@@ -8,9 +8,11 @@
 
 namespace znt {
 
-// Takes every mouse, touch, wheel and hover event that reaches it and tells taps and pans of the
-// left button or of one finger. A press that the system takes away, or that a second finger joins,
-// is neither.
+// Tells taps and pans of the left button or of one finger, as far as it accepts mouse buttons and
+// touches, which is up to its user; Return, Enter and Space are taps. It takes a press as an item,
+// not as a handler: what lies beneath hears nothing of it, though a list may take it over when it
+// becomes a drag. A press that is taken away, or that a second finger joins, is neither tap nor
+// pan.
 class ZNTADS_INTERNAL PressArea : public QQuickItem
 {
     Q_OBJECT
@@ -33,9 +35,6 @@ protected:
     void mouseUngrabEvent() override;
     void touchEvent(QTouchEvent *event) override;
     void touchUngrabEvent() override;
-    void wheelEvent(QWheelEvent *event) override;
-    void hoverEnterEvent(QHoverEvent *event) override;
-    void hoverMoveEvent(QHoverEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
