@@ -17,8 +17,8 @@
 /// put under any QQuickItem of any QQuickWindow. From the first setup, or from the first arrival in
 /// a window on, its implicit height is the one that suits its width best. A tap anywhere but on the
 /// close button is one click, and so is Return, Enter or Space while the template has the keyboard
-/// focus; Escape stands for the close button. The delegate hears of taps, closes and arrivals on
-/// the next turn of the event loop, so it may destroy the template. Main thread only.
+/// focus; Escape stands for the close button. Delegate calls, tapped() and closeRequested() come on
+/// the next turn of the event loop, so whoever gets one may destroy the template. Main thread only.
 class ZNTADS_EXPORT ZNTFeedAdView : public QQuickItem, public ZNTNativeAdRenderProtocol
 {
     Q_OBJECT
@@ -73,9 +73,9 @@ Q_SIGNALS:
     void contentChanged();
     void pictureChanged();
     void logoChanged();
-    /// A person tapped the template. The delegate hears of it later.
+    /// A person tapped the template; the delegate has been told.
     void tapped();
-    /// A person wants the template closed. The delegate hears of it later.
+    /// A person wants the template closed; the delegate has been told.
     void closeRequested();
 
 protected:

@@ -41,11 +41,8 @@ ZNTFeedAdView::ZNTFeedAdView(const QString &looks, QQuickItem *parent)
 {
     d->looksName = looks;
     setFlag(ItemIsFocusScope);
-    // Queued: the delegate may destroy the template, and must not do so inside an event that one of
-    // its children is handling.
-    connect(this, &ZNTFeedAdView::tapped, this, &ZNTFeedAdView::adViewTapped, Qt::QueuedConnection);
-    connect(this, &ZNTFeedAdView::closeRequested, this, &ZNTFeedAdView::closeButtonClicked,
-        Qt::QueuedConnection);
+    connect(this, &ZNTFeedAdView::tapped, this, &ZNTFeedAdView::adViewTapped);
+    connect(this, &ZNTFeedAdView::closeRequested, this, &ZNTFeedAdView::closeButtonClicked);
 }
 
 ZNTFeedAdView::~ZNTFeedAdView()
@@ -61,7 +58,10 @@ void ZNTFeedAdView::createLooks()
     d->looks = qobject_cast<FeedGround *>(znt::createLooks(this, d->looksName));
     if (!d->looks)
         return;
-    connect(d->looks, &FeedGround::closeRequested, this, &ZNTFeedAdView::closeRequested);
+    // Queued, as the taps are: whoever hears of it may destroy the template, and must not do so
+    // inside an event that the looks are handling.
+    connect(d->looks, &FeedGround::closeRequested, this, &ZNTFeedAdView::closeRequested,
+        Qt::QueuedConnection);
     connect(d->looks, &QQuickItem::implicitHeightChanged, this, &ZNTFeedAdView::takeImplicitSize);
     takeImplicitSize();
 }
@@ -71,7 +71,8 @@ void ZNTFeedAdView::acceptTaps()
     if (!d->looks)
         return;
     d->looks->setAcceptedMouseButtons(Qt::LeftButton);
-    connect(d->looks, &FeedGround::tapped, this, &ZNTFeedAdView::tapped, Qt::UniqueConnection);
+    connect(d->looks, &FeedGround::tapped, this, &ZNTFeedAdView::tapped,
+        Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
 }
 
 void ZNTFeedAdView::setDelegate(const ZNTDelegateRef<ZNTAdViewDelegate> &delegate)

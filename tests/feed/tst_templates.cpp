@@ -217,6 +217,22 @@ private slots:
         }
     }
 
+    void mayDieInASlot()
+    {
+        for (const auto &[key, signal] : {std::pair(Qt::Key_Return, &ZNTFeedAdView::tapped),
+                 std::pair(Qt::Key_Escape, &ZNTFeedAdView::closeRequested)}) {
+            view = create(0);
+            view->setParentItem(window.contentItem());
+            view->setupWithAdsData(record());
+            view->forceActiveFocus();
+            connect(view.get(), signal, this, [this] { view.reset(); });
+            QKeyEvent press(QEvent::KeyPress, key, {});
+            QCoreApplication::sendEvent(&window, &press);
+            QVERIFY(view); // not in the middle of the event
+            QTRY_VERIFY(!view);
+        }
+    }
+
     void obeysTheKeyboard()
     {
         view = create(7);
