@@ -32,7 +32,7 @@ void ImageView::setImage(const QImage &image)
     if (m_image.cacheKey() == image.cacheKey())
         return;
     m_image = image;
-    emit imageChanged();
+    Q_EMIT imageChanged();
     changed();
 }
 
@@ -52,7 +52,7 @@ void ImageView::setContentMode(const QString &name)
         if (name != QLatin1String(modeNames[i]) || m_contentMode == ContentMode(i))
             continue;
         m_contentMode = ContentMode(i);
-        emit contentModeChanged();
+        Q_EMIT contentModeChanged();
         changed();
     }
 }
@@ -62,16 +62,7 @@ void ImageView::setCornerRadius(qreal radius)
     if (m_cornerRadius == radius || !std::isfinite(radius))
         return;
     m_cornerRadius = radius;
-    emit cornerRadiusChanged();
-    changed();
-}
-
-void ImageView::setBackgroundColor(const QColor &color)
-{
-    if (m_backgroundColor == color)
-        return;
-    m_backgroundColor = color;
-    emit backgroundColorChanged();
+    Q_EMIT cornerRadiusChanged();
     changed();
 }
 
@@ -81,7 +72,7 @@ void ImageView::setHidden(bool hidden)
         return;
     m_hidden = hidden;
     setVisible(!hidden);
-    emit hiddenChanged();
+    Q_EMIT hiddenChanged();
 }
 
 bool ImageView::isReady() const
@@ -91,7 +82,7 @@ bool ImageView::isReady() const
 
 PictureRequest ImageView::wanted() const
 {
-    PictureRequest request{m_image, m_contentMode, {}, 1, m_cornerRadius, m_backgroundColor};
+    PictureRequest request{m_image, m_contentMode, {}, 1, m_cornerRadius};
     const qreal longest = qMax(width(), height());
     if (!(width() > 0 && height() > 0) || !std::isfinite(longest))
         return request;
@@ -109,7 +100,7 @@ void ImageView::changed()
         m_scheduled = true;
         QMetaObject::invokeMethod(this, &ImageView::prepare, Qt::QueuedConnection);
     }
-    emit readyChanged();
+    Q_EMIT readyChanged();
 }
 
 void ImageView::prepare()
@@ -135,7 +126,7 @@ void ImageView::take(const PictureRequest &request, const QImage &drawn)
     m_textureIsOld = true;
     update();
     if (isReady())
-        emit readyChanged();
+        Q_EMIT readyChanged();
     else
         changed();
 }

@@ -29,8 +29,6 @@ class ZNTADS_INTERNAL ImageView : public QQuickItem
     Q_PROPERTY(QString contentMode READ contentMode WRITE setContentMode NOTIFY contentModeChanged)
     Q_PROPERTY(
         qreal cornerRadius READ cornerRadius WRITE setCornerRadius NOTIFY cornerRadiusChanged)
-    Q_PROPERTY(QColor backgroundColor READ backgroundColor WRITE setBackgroundColor NOTIFY
-            backgroundColorChanged)
     Q_PROPERTY(bool hidden READ isHidden WRITE setHidden NOTIFY hiddenChanged)
     Q_PROPERTY(bool ready READ isReady NOTIFY readyChanged)
     QML_NAMED_ELEMENT(ImageView)
@@ -51,8 +49,6 @@ public:
     void setContentMode(const QString &name);
     qreal cornerRadius() const { return m_cornerRadius; }
     void setCornerRadius(qreal radius);
-    QColor backgroundColor() const { return m_backgroundColor; }
-    void setBackgroundColor(const QColor &color);
 
     // The view's own state, whatever its ancestors'. It governs `visible`, which is not to be set
     // beside it.
@@ -66,7 +62,6 @@ Q_SIGNALS:
     void imageChanged();
     void contentModeChanged();
     void cornerRadiusChanged();
-    void backgroundColorChanged();
     void hiddenChanged();
     void readyChanged();
 
@@ -84,7 +79,6 @@ private:
     QImage m_image;
     ContentMode m_contentMode = ContentMode::ScaleToFill;
     qreal m_cornerRadius = 0;
-    QColor m_backgroundColor = Qt::transparent;
     bool m_hidden = false;
 
     bool m_scheduled = false; // prepare() is in the event queue

@@ -44,7 +44,7 @@ QRect roundedEdges(const QRectF &rect)
     return {topLeft, rect.bottomRight().toPoint() - QPoint(1, 1)};
 }
 
-void drawScaled(QPainter &painter, const PictureRequest &request)
+void drawScaled(QImage *onto, const PictureRequest &request)
 {
     const QRectF place = placeOf(request);
     const QRect part = partSeen(request, place);
@@ -56,17 +56,18 @@ void drawScaled(QPainter &painter, const PictureRequest &request)
         part.width() * across, part.height() * down});
     QImage scaled = part == request.image.rect() ? request.image : request.image.copy(part);
     scaled.setDevicePixelRatio(1);
-    if (!target.isEmpty())
-        painter.drawImage(target.topLeft(),
-            scaled.scaled(target.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    if (target.isEmpty())
+        return;
+    QPainter painter(onto);
+    painter.drawImage(target.topLeft(),
+        scaled.scaled(target.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }
 
 bool isOpaque(const PictureRequest &request)
 {
     const bool covered =
         request.mode == ContentMode::ScaleToFill || request.mode == ContentMode::AspectFill;
-    const bool opaque = !request.image.isNull() && !request.image.hasAlphaChannel();
-    return request.cornerRadius <= 0 && ((covered && opaque) || request.background.alpha() == 255);
+    return covered && request.cornerRadius <= 0 && !request.image.hasAlphaChannel();
 }
 
 QImage withRoundCorners(const QImage &square, qreal radius)
@@ -87,23 +88,19 @@ QImage withRoundCorners(const QImage &square, qreal radius)
 bool PictureRequest::operator==(const PictureRequest &other) const
 {
     return image.cacheKey() == other.image.cacheKey() && mode == other.mode && size == other.size
-        && scale == other.scale && cornerRadius == other.cornerRadius
-        && background == other.background;
+        && scale == other.scale && cornerRadius == other.cornerRadius;
 }
 
 QImage drawnPicture(const PictureRequest &request)
 {
-    if (request.size.isEmpty() || (request.image.isNull() && request.background.alpha() == 0))
+    if (request.size.isEmpty() || request.image.isNull())
         return {};
     QImage drawn(request.size,
         isOpaque(request) ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
     if (drawn.isNull())
         return {};
-    drawn.fill(request.background);
-    if (!request.image.isNull()) {
-        QPainter painter(&drawn);
-        drawScaled(painter, request);
-    }
+    drawn.fill(Qt::transparent);
+    drawScaled(&drawn, request);
     return request.cornerRadius > 0 ? withRoundCorners(drawn, request.cornerRadius * request.scale)
                                     : drawn;
 }

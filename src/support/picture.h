@@ -3,7 +3,6 @@
 
 #include <ZNTAds/ZNTAdsGlobal.h>
 
-#include <QColor>
 #include <QImage>
 
 namespace znt {
@@ -22,7 +21,6 @@ struct PictureRequest
     QSize size;             // of the view, in pixels
     qreal scale = 1;        // pixels to a point
     qreal cornerRadius = 0; // in points
-    QColor background = Qt::transparent;
 
     // Of the picture its identity counts, not its pixels.
     bool operator==(const PictureRequest &other) const;
