@@ -173,7 +173,7 @@ Answer Exchange::handle(Request request)
         request.position = positionOf(request);
     m_requests.append(request);
     ++m_hits[request.path];
-    emit requestReceived(request);
+    Q_EMIT requestReceived(request);
     return route(request);
 }
 

@@ -1,5 +1,3 @@
-constexpr double longestSeconds = 1'000'000; // a timer counts milliseconds in 31 bits
-
 // One thing that a script does at a point in time: `tap:skipButton`, `pan:120,0,200`, …
 #pragma once
 
@@ -9,6 +7,8 @@ constexpr double longestSeconds = 1'000'000; // a timer counts milliseconds in 3
 #include <optional>
 
 namespace player {
+
+constexpr double longestSeconds = 1'000'000; // a timer counts milliseconds in 31 bits
 
 struct Action
 {

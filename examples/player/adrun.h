@@ -33,9 +33,10 @@ public:
     virtual QQuickItem *adItems(int row) const { return adView(row); }
     // The host's item that lies under all of the ad.
     virtual QQuickItem *screen() const = 0;
-    virtual void scroll(double y){Q_UNUSED(y)}
+    virtual void scroll([[maybe_unused]] double y) { }
 
-    Q_SIGNALS : void loaded();
+Q_SIGNALS:
+    void loaded();
     void failed();
     void closed();
 
