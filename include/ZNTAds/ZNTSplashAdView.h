@@ -8,10 +8,6 @@
 
 #include <memory>
 
-namespace znt {
-class SplashContent;
-}
-
 /// What the three splash creatives have in common: the blurred background, the sharp card, the
 /// texts, the skip button, the source label or logo, and the video mode.
 ///
@@ -24,12 +20,10 @@ class SplashContent;
 class ZNTADS_EXPORT ZNTSplashAdView : public QQuickItem
 {
     Q_OBJECT
-    Q_MOC_INCLUDE("splash/splashcontent.h")
     Q_PROPERTY(bool hidden READ isHidden NOTIFY hiddenChanged)
     Q_PROPERTY(bool isVideoAd READ isVideoAd NOTIFY contentChanged)
     Q_PROPERTY(qreal safeTop READ safeTop NOTIFY safeInsetsChanged)
     Q_PROPERTY(qreal safeBottom READ safeBottom NOTIFY safeInsetsChanged)
-    Q_PROPERTY(znt::SplashContent *content READ content CONSTANT)
     QML_ELEMENT
     QML_UNCREATABLE("Use one of the three creatives")
 
@@ -97,7 +91,6 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    znt::SplashContent *content() const;
     void followContent();
     void enter(QQuickWindow *window);
     void takeFocus();

@@ -7,7 +7,7 @@ Item {
     id: root
 
     required property ZNTSplashAdView view
-    readonly property SplashContent content: view.content
+    required property SplashContent content
     // Whether anything of it can be on screen: animations run only then.
     readonly property bool isSeen: visible && Window.visibility !== Window.Hidden
         && Window.visibility !== Window.Minimized

@@ -25,19 +25,20 @@ ZNTSplashAdView::ZNTSplashAdView(const QString &looks, QQuickItem *parent)
 {
     setVisible(false);
     setFlag(ItemIsFocusScope);
-    connect(content(), &SplashContent::readyChanged, this, &ZNTSplashAdView::followContent);
+    connect(&d->content, &SplashContent::readyChanged, this, &ZNTSplashAdView::followContent);
     // Queued: whoever hears of it may destroy the creative, and must not do so inside an event that
     // one of its children is handling.
-    connect(
-        content(), &SplashContent::tapped, this, &ZNTSplashAdView::handleTap, Qt::QueuedConnection);
-    connect(content(), &SplashContent::panned, this, &ZNTSplashAdView::handlePanGesture,
+    connect(&d->content, &SplashContent::tapped, this, &ZNTSplashAdView::handleTap,
         Qt::QueuedConnection);
-    connect(content(), &SplashContent::skipped, this, &ZNTSplashAdView::skipClicked,
+    connect(&d->content, &SplashContent::panned, this, &ZNTSplashAdView::handlePanGesture,
         Qt::QueuedConnection);
-    connect(content(), &SplashContent::changed, this, &ZNTSplashAdView::contentChanged,
+    connect(&d->content, &SplashContent::skipped, this, &ZNTSplashAdView::skipClicked,
+        Qt::QueuedConnection);
+    connect(&d->content, &SplashContent::changed, this, &ZNTSplashAdView::contentChanged,
         Qt::QueuedConnection);
     connect(SafeArea::instance(), &SafeArea::changed, this, &ZNTSplashAdView::updateSafeInsets);
-    d->looks = znt::createLooks(this, looks);
+    d->looks = znt::createLooks(
+        this, looks, {{QStringLiteral("content"), QVariant::fromValue(&d->content)}});
 }
 
 ZNTSplashAdView::~ZNTSplashAdView()
@@ -140,12 +141,7 @@ void ZNTSplashAdView::keyPressEvent(QKeyEvent *event)
 {
     event->setAccepted(event->key() == Qt::Key_Escape);
     if (event->isAccepted())
-        Q_EMIT content()->skipped();
-}
-
-SplashContent *ZNTSplashAdView::content() const
-{
-    return &d->content;
+        Q_EMIT d->content.skipped();
 }
 
 void ZNTSplashAdView::followContent()

@@ -40,7 +40,7 @@ public:
         return known && !known->isLoading() ? known : load(name, QQmlComponent::PreferSynchronous);
     }
 
-    QQuickItem *create(const QString &name, QQuickItem *view)
+    QQuickItem *create(const QString &name, QQuickItem *view, QVariantMap properties)
     {
         QQmlComponent *source = component(name);
         std::unique_ptr<QObject> root(source->beginCreate(m_engine.rootContext()));
@@ -52,8 +52,8 @@ public:
         looks->setParent(view);
         looks->setParentItem(view);
         fill(looks, view);
-        source->setInitialProperties(
-            looks, {{QStringLiteral("view"), QVariant::fromValue<QObject *>(view)}});
+        properties.insert(QStringLiteral("view"), QVariant::fromValue<QObject *>(view));
+        source->setInitialProperties(looks, properties);
         source->completeCreate();
         root.release();
         return looks;
@@ -109,10 +109,10 @@ void prepareLooks(const QString &name)
         {[name] { ofApplication<ViewEngine>()->prepare(name); }, readFonts, readPictureFormats});
 }
 
-QQuickItem *createLooks(QQuickItem *view, const QString &name)
+QQuickItem *createLooks(QQuickItem *view, const QString &name, QVariantMap properties)
 {
     ViewEngine *with = ofApplication<ViewEngine>();
-    return with ? with->create(name, view) : nullptr;
+    return with ? with->create(name, view, std::move(properties)) : nullptr;
 }
 
 } // namespace znt

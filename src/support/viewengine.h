@@ -3,21 +3,23 @@
 
 #include <ZNTAds/ZNTAdsGlobal.h>
 
-#include <QString>
+#include <QVariant>
 
 class QQuickItem;
 
 namespace znt {
 
 // Creates `name`.qml for `view`: an item that fills the view and knows it as its property `view`,
-// set before the first binding runs. Null, with a warning of Qt's, if it cannot be created.
+// set with `properties` before the first binding runs. Null, with a warning of Qt's, if it cannot
+// be created.
 //
 // The looks belong to the view as a QObject child. The view's own destructor must delete them
 // first, as their bindings read the view until they are gone.
 //
 // All looks share one engine of the library's own. It ends with the application object; looks that
 // outlive it stay valid items whose bindings no longer follow.
-ZNTADS_INTERNAL QQuickItem *createLooks(QQuickItem *view, const QString &name);
+ZNTADS_INTERNAL QQuickItem *createLooks(
+    QQuickItem *view, const QString &name, QVariantMap properties = {});
 
 // Loads `name`.qml, and what the first looks of a process need besides, in the background and in
 // short turns of the event loop, so that createLooks() need not. Main thread.

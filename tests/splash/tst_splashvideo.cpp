@@ -37,7 +37,7 @@ private slots:
             QTRY_VERIFY(scene.window.grabWindow().pixel(corner) != bare);
 
         // It has sixty frames, each three seconds.
-        auto *content = scene.view->property("content").value<QObject *>();
+        auto *content = scene.view->childItems().first()->property("content").value<QObject *>();
         QSignalSpy frames(content, SIGNAL(videoFrameChanged()));
         QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 65, 20'000);
 
