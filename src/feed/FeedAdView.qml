@@ -17,12 +17,9 @@ FeedGround {
     Accessible.focusable: view.interactive
     Accessible.onPressAction: tapped()
 
-    Rectangle {
+    FocusFrame {
         anchors.fill: parent
         z: 1
         visible: root.activeFocus
-        color: "transparent"
-        border.width: 2
-        border.color: "#0A84FF"
     }
 }

@@ -99,12 +99,9 @@ Item {
         }
     }
 
-    Rectangle {
+    FocusFrame {
         anchors.fill: parent
         visible: ground.activeFocus
-        color: "transparent"
-        border.width: 2
-        border.color: "#0A84FF"
     }
 
     Button {

@@ -52,16 +52,12 @@ Rectangle {
         Accessible.ignored: true
     }
 
-    // A tap gives no focus: who sees this came by the keyboard.
-    Rectangle {
+    FocusFrame {
         readonly property int outset: button.clip ? 0 : 3
 
         anchors.fill: parent
         anchors.margins: -outset
         visible: button.activeFocus
-        color: "transparent"
         radius: button.radius + outset
-        border.width: 2
-        border.color: "#0A84FF"
     }
 }
