@@ -1,11 +1,17 @@
 import QtQuick
 import ZNTAds
 
-// The advertiser's logo.
+// The advertiser's logo, in the place of the label.
 ImageView {
+    required property FeedSourceLabel label
+
     objectName: "logoImageView"
-    width: 30
-    height: 20
+    x: label.x
+    y: label.y
+    width: label.width
+    height: label.height
     clip: true
     contentMode: "aspectFit"
+    hidden: !label.hidden
+    image: label.view.logo
 }

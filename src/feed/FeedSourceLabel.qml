@@ -3,6 +3,9 @@ import ZNTAds
 
 // Says whose ad it is, where no logo does.
 Label {
+    required property ZNTFeedAdView view
+
+    objectName: "adLabel"
     width: 30
     height: 20
     clip: true
@@ -11,4 +14,6 @@ Label {
     backgroundColor: "#4D000000"
     cornerRadius: 2
     alignment: Text.AlignHCenter
+    hidden: view.showsLogo
+    text: view.source
 }

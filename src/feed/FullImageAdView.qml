@@ -16,22 +16,16 @@ FeedAdView {
         image: root.view.picture
 
         FeedSourceLabel {
-            objectName: "adLabel"
+            id: adLabel
             x: adImageView.width - 48
             y: adImageView.height - 30
             width: 36
             height: 18
-            hidden: root.view.showsLogo
-            text: root.view.source
+            view: root.view
         }
 
         FeedLogo {
-            x: adImageView.width - 48
-            y: adImageView.height - 30
-            width: 36
-            height: 18
-            hidden: !root.view.showsLogo
-            image: root.view.logo
+            label: adLabel
         }
     }
 

@@ -25,18 +25,14 @@ FeedAdView {
         image: root.view.picture
 
         FeedSourceLabel {
-            objectName: "adLabel"
+            id: adLabel
             x: mainImageView.width - 38
             y: mainImageView.height - 28
-            hidden: root.view.showsLogo
-            text: root.view.source
+            view: root.view
         }
 
         FeedLogo {
-            x: mainImageView.width - 38
-            y: mainImageView.height - 28
-            hidden: !root.view.showsLogo
-            image: root.view.logo
+            label: adLabel
         }
     }
 

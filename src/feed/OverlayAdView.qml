@@ -21,18 +21,14 @@ FeedAdView {
             image: root.view.picture
 
             FeedSourceLabel {
-                objectName: "adLabel"
+                id: adLabel
                 x: 12
                 y: 12
-                hidden: root.view.showsLogo
-                text: root.view.source
+                view: root.view
             }
 
             FeedLogo {
-                x: 12
-                y: 12
-                hidden: !root.view.showsLogo
-                image: root.view.logo
+                label: adLabel
             }
         }
 

@@ -16,18 +16,14 @@ FeedAdView {
         image: root.view.picture
 
         FeedSourceLabel {
-            objectName: "adLabel"
+            id: adLabel
             x: adImageView.width - 45
             y: adImageView.height - 35
-            hidden: root.view.showsLogo
-            text: root.view.source
+            view: root.view
         }
 
         FeedLogo {
-            x: adImageView.width - 45
-            y: adImageView.height - 35
-            hidden: !root.view.showsLogo
-            image: root.view.logo
+            label: adLabel
         }
     }
 

@@ -50,18 +50,15 @@ FeedAdView {
         }
 
         FeedSourceLabel {
+            id: sourceLabel
             objectName: "sourceLabel"
             x: imageContainer.width - 38
             y: imageContainer.height - 28
-            hidden: root.view.showsLogo
-            text: root.view.source
+            view: root.view
         }
 
         FeedLogo {
-            x: imageContainer.width - 38
-            y: imageContainer.height - 28
-            hidden: !root.view.showsLogo
-            image: root.view.logo
+            label: sourceLabel
         }
     }
 
