@@ -134,11 +134,14 @@ void InterstitialOverlay::enter(QQuickWindow *window)
     if (m_window)
         m_window->removeEventFilter(this);
     m_window = window;
-    if (!window)
+    if (!window) {
+        m_focus.giveBack();
         return;
+    }
     window->installEventFilter(this);
-    m_focus.lend(this);
     updateSafeArea();
+    // Queued: in the middle of a move Qt settles the focus itself, at its end.
+    QMetaObject::invokeMethod(this, [this] { m_focus.lend(this); }, Qt::QueuedConnection);
 }
 
 // The host's shortcuts would come before any key event.
