@@ -23,7 +23,11 @@ QSettings settings()
 class Writer
 {
 public:
-    Writer() { pool.setMaxThreadCount(1); }
+    Writer()
+    {
+        settings(); // what they stand on is made before the writer, and so outlives it at exit
+        pool.setMaxThreadCount(1);
+    }
     QThreadPool pool;
 };
 Q_GLOBAL_STATIC(Writer, writer)

@@ -141,7 +141,8 @@ void InterstitialOverlay::enter(QQuickWindow *window)
     window->installEventFilter(this);
     updateSafeArea();
     // Queued: in the middle of a move Qt settles the focus itself, at its end.
-    QMetaObject::invokeMethod(this, [this] { m_focus.lend(this); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { m_focus.lend(this); }, Qt::QueuedConnection);
 }
 
 // The host's shortcuts would come before any key event.
