@@ -8,8 +8,8 @@
 #include "feed/exposurechecks.h"
 #include "feed/feedrecords.h"
 #include "feed/templates.h"
-
 #include "model/adanswer.h"
+#include "support/viewengine.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTFeedAdView.h>
@@ -58,6 +58,7 @@ void ZNTFeedManager::loadAdData()
         return;
     }
     logInfo("Starting to request feed ad data with mediaId: %1", mediaId);
+    prepareLooks(QStringLiteral("FeedAdView")); // what all templates have in common
     const QPointer<ZNTFeedManager> self(this);
     ZNTAdsManager::sharedInstance()->requestAdWithPositionId(
         mediaId, 0.0,
