@@ -1,5 +1,7 @@
 #include "support/cover.h"
 
+#include <QCursor>
+
 namespace znt {
 
 Cover::Cover(QQuickItem *parent)

@@ -1,7 +1,5 @@
 #include "support/pressarea.h"
 
-#include <QCursor>
-
 namespace znt {
 
 PressArea::PressArea(QQuickItem *parent)
