@@ -49,7 +49,7 @@ private:
     QQmlListProperty<QQuickTransform> m_list;
 };
 
-bool hasTransformList(const QQuickItem *item)
+Q_ALWAYS_INLINE bool hasTransformList(const QQuickItem *item)
 {
     static TransformList list(item);
     return list.countOf(item) > 0;
@@ -86,19 +86,19 @@ VisibleShares::Run runFrom(const QQuickItem *first, const QQuickItem *end)
     VisibleShares::Run run;
     run.first = first;
     const QQuickItem *at = first;
-    for (; at && at != end && !run.turned; at = at->parentItem()) {
+    while (at && at != end && !run.turned) {
         if (at->opacity() == 0) {
             run.isClear = true;
             break;
         }
         if (at->clip())
             run.clip.cut(boundsOf(at), -run.x, -run.y);
-        if (onlyMoves(at)) {
-            run.x += at->x();
-            run.y += at->y();
-        } else {
+        if (!onlyMoves(at))
             run.turned = at;
-        }
+        const QPointF position = run.turned ? QPointF() : at->position();
+        run.x += position.x();
+        at = at->parentItem(); // between the two: added side by side they stall
+        run.y += position.y();
     }
     run.next = at;
     return run;
