@@ -215,14 +215,14 @@ void HttpClient::send(const HttpRequest &request, Done done)
 {
     Call call{request, std::move(done)};
     if (QThread::currentThread() == thread()) {
-        wait(std::move(call));
+        enqueue(std::move(call));
         return;
     }
     QMetaObject::invokeMethod(
-        this, [this, call = std::move(call)] { wait(call); }, Qt::QueuedConnection);
+        this, [this, call = std::move(call)] { enqueue(call); }, Qt::QueuedConnection);
 }
 
-void HttpClient::wait(Call call)
+void HttpClient::enqueue(Call call)
 {
     m_waiting.push_back(std::move(call));
     if (!m_turn.isActive())

@@ -70,7 +70,7 @@ private:
         QDeadlineTimer deadline;
         int redirects = 0;
     };
-    void wait(Call call);
+    void enqueue(Call call);
     void startNext();
     void start(const HttpRequest &request, const Done &done, const Journey &journey);
     QNetworkReply *request(const HttpRequest &request);

@@ -97,7 +97,7 @@ VisibleShares::Run runFrom(const QQuickItem *first, const QQuickItem *end)
             run.turned = at;
         const QPointF position = run.turned ? QPointF() : at->position();
         run.x += position.x();
-        at = at->parentItem(); // between the two: added side by side they stall
+        at = at->parentItem(); // in between: adding both halves in one go stalls the processor
         run.y += position.y();
     }
     run.next = at;
