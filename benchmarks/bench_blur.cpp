@@ -1,5 +1,5 @@
 // The blur of a full-screen creative beside OpenCV's on one thread, on the same pixels.
-#include "support/blur.h"
+#include "ui/blur.h"
 
 #include <benchmark/benchmark.h>
 #include <opencv2/imgproc.hpp>

@@ -1,7 +1,7 @@
 // What it costs to look whether a feed ad is seen, beside a walk that asks Qt to map each step.
 #include "slice.h"
 
-#include "support/visibleshare.h"
+#include "ui/visibleshare.h"
 
 #include <ZNTAds/ZNTFeedManager.h>
 

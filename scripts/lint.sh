@@ -1,12 +1,14 @@
 #!/usr/bin/env bash
-# Formatting of everything, the public headers' reference, and clazy, clang-tidy and qmllint over the
-# library, the exchange and the examples. Changes nothing.
+# Formatting of everything, who may include whom, the public headers' reference, and clazy, clang-tidy and
+# qmllint over the library, the exchange and the examples. Changes nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh build lint
 
 mapfile -t sources < <(git ls-files '*.cpp' '*.h')
 clang-format --dry-run --Werror "${sources[@]}"
+
+scripts/check-includes.sh
 
 mkdir -p build
 doxygen docs/Doxyfile

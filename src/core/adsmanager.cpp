@@ -5,17 +5,16 @@
 #include "core/requestbody.h"
 #include "core/userdefaults.h"
 #include "diagnostics/log.h"
-#include "support/application.h"
+#include "net/endpoints.h"
+#include "net/sessions.h"
 #include "support/devicefacts.h"
-#include "support/endpoints.h"
 #include "support/json.h"
-#include "support/sessions.h"
+#include "support/mainthread.h"
 
 #include <ZNTAds/ZNTAdsResponseFactory.h>
 
 #include <QDateTime>
 #include <QMutex>
-#include <QThreadPool>
 
 #include <atomic>
 
@@ -197,7 +196,7 @@ void ZNTAdsManager::Private::send(const QString &url, const QString &method,
 // In the thread pool. `done` is moved along, so that it dies on the main thread.
 void ZNTAdsManager::Private::readResponse(const QByteArray &body, Done done)
 {
-    QThreadPool::globalInstance()->start([this, body, done = std::move(done)]() mutable {
+    inPool([this, body, done = std::move(done)]() mutable {
         const json::Parsed parsed = json::parse(body);
         Outcome outcome{{}, parsed.error, {}};
         if (parsed.error) {
@@ -243,8 +242,7 @@ void ZNTAdsManager::Private::loadAdConfig()
         httpRequest(endpoint(Endpoint::Configuration), QStringLiteral("POST"), body, headers),
         [this](const HttpAnswer &answer) {
             if (!answer.error)
-                QThreadPool::globalInstance()->start(
-                    [this, body = answer.body] { readConfiguration(body); });
+                inPool([this, body = answer.body] { readConfiguration(body); });
             else if (isLogEnabled)
                 logError("Config Request Failed: %1", *answer.error);
         });

@@ -1,9 +1,9 @@
 #include <ZNTAds/ZNTAdsSDK.h>
 
-#include "core/clicktarget.h"
+#include "core/urlopener.h"
 #include "diagnostics/log.h"
-#include "support/endpoints.h"
-#include "support/safearea.h"
+#include "net/endpoints.h"
+#include "ui/safearea.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 

@@ -1,6 +1,6 @@
 #include "core/networkstatus.h"
 
-#include "support/application.h"
+#include "support/mainthread.h"
 
 #include <QNetworkInformation>
 

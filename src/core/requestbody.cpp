@@ -35,7 +35,7 @@ QJsonObject deviceObject(const QString &networkType)
         {QStringLiteral("os"), QStringLiteral("2")},
         {QStringLiteral("osv"), text(device::systemVersion())},
         {QStringLiteral("make"), QStringLiteral("Apple")},
-        {QStringLiteral("model"), text(device::kind())},
+        {QStringLiteral("model"), text(device::formFactor())},
         {QStringLiteral("screenWidth"), screen.width()},
         {QStringLiteral("screenHeight"), screen.height()},
         {QStringLiteral("idfa"), text(device::advertisingId())},

@@ -1,11 +1,11 @@
 #include "diagnostics/errorreport.h"
 
 #include "diagnostics/log.h"
-#include "support/application.h"
+#include "net/endpoints.h"
+#include "net/sessions.h"
 #include "support/devicefacts.h"
-#include "support/endpoints.h"
 #include "support/json.h"
-#include "support/sessions.h"
+#include "support/mainthread.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -31,7 +31,7 @@ QJsonObject reportOf(qint64 time, const QString &summary, const QString &details
         {QStringLiteral("deviceBrand"), QStringLiteral("Apple")},
     };
     const std::pair<QString, QString> texts[] = {
-        {QStringLiteral("deviceModel"), device::machine()},
+        {QStringLiteral("deviceModel"), device::hardwareModel()},
         {QStringLiteral("osVersion"), device::systemVersion()},
         {QStringLiteral("kernelVersion"), device::kernelVersion()},
         {QStringLiteral("screenResolution"),

@@ -154,7 +154,7 @@ QString ZNTLogManager::mediaId() const
 
 QString ZNTLogManager::getDeviceModel() const
 {
-    return znt::device::machine();
+    return znt::device::hardwareModel();
 }
 
 QString ZNTLogManager::getNetworkStatus() const

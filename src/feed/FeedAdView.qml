@@ -2,7 +2,7 @@ import QtQuick
 import ZNTAds
 
 // What all feed templates look like: a clear ground.
-FeedGround {
+FeedRoot {
     id: root
 
     required property ZNTFeedAdView view

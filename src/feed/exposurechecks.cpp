@@ -1,7 +1,7 @@
 #include "feed/exposurechecks.h"
 
-#include "core/tracking.h"
-#include "core/visibilitywatch.h"
+#include "ads/tracking.h"
+#include "ads/visibilitywatch.h"
 
 #include <QQuickItem>
 
@@ -47,7 +47,7 @@ void ExposureChecks::tick(const Check *check, VisibleShares &shares)
         return;
     }
     if (!isReported(*check->record) && view->window()) {
-        if (!isSeen(view, shares))
+        if (!checkSeen(view, shares))
             return;
         report(*check->record);
     }

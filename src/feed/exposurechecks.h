@@ -1,7 +1,7 @@
 // Which feed ads wait for being seen, and which were reported.
 #pragma once
 
-#include "core/visibilitytimer.h"
+#include "ads/visibilitytimer.h"
 
 #include <ZNTAds/ZNTFeedAdData.h>
 

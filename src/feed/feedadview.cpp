@@ -1,10 +1,10 @@
 #include <ZNTAds/ZNTFeedAdView.h>
 
-#include "feed/feedground.h"
-#include "support/remoteimage.h"
-#include "support/viewengine.h"
+#include "feed/feedroot.h"
+#include "net/remoteimage.h"
+#include "ui/qmlpart.h"
 
-using znt::FeedGround;
+using znt::FeedRoot;
 
 namespace {
 
@@ -25,7 +25,7 @@ struct ZNTFeedAdView::Private
 {
     QString looksName;
     ZNTDelegateRef<ZNTAdViewDelegate> delegate;
-    FeedGround *looks = nullptr;
+    FeedRoot *looks = nullptr;
     QString title;
     QString source = QStringLiteral("广告");
     QImage picture;
@@ -55,12 +55,12 @@ void ZNTFeedAdView::createLooks()
 {
     if (d->looks)
         return;
-    d->looks = qobject_cast<FeedGround *>(znt::createLooks(this, d->looksName));
+    d->looks = qobject_cast<FeedRoot *>(znt::createLooks(this, d->looksName));
     if (!d->looks)
         return;
     // Queued, as the taps are: whoever hears of it may destroy the template, and must not do so
     // inside an event that the looks are handling.
-    connect(d->looks, &FeedGround::closeRequested, this, &ZNTFeedAdView::closeRequested,
+    connect(d->looks, &FeedRoot::closeRequested, this, &ZNTFeedAdView::closeRequested,
         Qt::QueuedConnection);
     connect(d->looks, &QQuickItem::implicitHeightChanged, this, &ZNTFeedAdView::takeImplicitSize);
     takeImplicitSize();
@@ -71,7 +71,7 @@ void ZNTFeedAdView::acceptTaps()
     if (!d->looks)
         return;
     d->looks->setAcceptedMouseButtons(Qt::LeftButton);
-    connect(d->looks, &FeedGround::tapped, this, &ZNTFeedAdView::tapped,
+    connect(d->looks, &FeedRoot::tapped, this, &ZNTFeedAdView::tapped,
         Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
 }
 

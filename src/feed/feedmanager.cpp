@@ -1,15 +1,15 @@
 #include <ZNTAds/ZNTFeedManager.h>
 
-#include "core/clicktarget.h"
-#include "core/negativefeedback.h"
-#include "core/notify.h"
-#include "core/tracking.h"
+#include "ads/clicktarget.h"
+#include "ads/negativefeedback.h"
+#include "ads/notify.h"
+#include "ads/tracking.h"
 #include "diagnostics/log.h"
 #include "feed/exposurechecks.h"
 #include "feed/feedrecords.h"
 #include "feed/templates.h"
 #include "model/adanswer.h"
-#include "support/viewengine.h"
+#include "ui/qmlpart.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTFeedAdView.h>

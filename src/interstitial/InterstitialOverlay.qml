@@ -36,7 +36,7 @@ Item {
             Accessible.name: descLabel.text
             Accessible.onPressAction: root.view.clicked()
 
-            Cover {
+            InputBlocker {
                 anchors.fill: parent
                 onTapped: root.view.clicked()
             }

@@ -1,6 +1,6 @@
 #include <ZNTAds/ZNTInterstitialAd.h>
 
-#include "core/notify.h"
+#include "ads/notify.h"
 #include "interstitial/interstitialoverlay.h"
 #include "support/countdown.h"
 

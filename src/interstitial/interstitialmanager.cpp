@@ -1,10 +1,10 @@
 #include <ZNTAds/ZNTInterstitialManager.h>
 
-#include "core/loadedad.h"
-#include "core/notify.h"
-#include "core/visibilitywatch.h"
+#include "ads/loadedad.h"
+#include "ads/notify.h"
+#include "ads/visibilitywatch.h"
 #include "diagnostics/log.h"
-#include "support/viewengine.h"
+#include "ui/qmlpart.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTInterstitialAd.h>

@@ -1,10 +1,10 @@
 #include "interstitial/interstitialoverlay.h"
 
 #include "model/adanswer.h"
+#include "net/remoteimage.h"
 #include "support/json.h"
-#include "support/remoteimage.h"
-#include "support/safearea.h"
-#include "support/viewengine.h"
+#include "ui/qmlpart.h"
+#include "ui/safearea.h"
 
 #include <QQuickWindow>
 
@@ -35,7 +35,7 @@ qreal moved(qreal at, qreal length, qreal from, qreal to)
 } // namespace
 
 InterstitialOverlay::InterstitialOverlay(const QJsonObject &ad, QQuickItem *screen)
-    : Cover(screen)
+    : InputBlocker(screen)
     , m_text(textOf(ad))
 {
     setFlag(ItemIsFocusScope);
@@ -118,13 +118,13 @@ void InterstitialOverlay::updateSafeArea()
 
 void InterstitialOverlay::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
 {
-    Cover::geometryChange(newGeometry, oldGeometry);
+    InputBlocker::geometryChange(newGeometry, oldGeometry);
     updateSafeArea();
 }
 
 void InterstitialOverlay::itemChange(ItemChange change, const ItemChangeData &data)
 {
-    Cover::itemChange(change, data);
+    InputBlocker::itemChange(change, data);
     if (change == ItemSceneChange)
         enter(data.window);
 }
@@ -149,7 +149,7 @@ void InterstitialOverlay::enter(QQuickWindow *window)
 bool InterstitialOverlay::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::ShortcutOverride || !hasActiveFocus())
-        return Cover::eventFilter(watched, event);
+        return InputBlocker::eventFilter(watched, event);
     event->accept();
     return true;
 }

@@ -1,8 +1,8 @@
 // What an interstitial ad lays over a screen of the host.
 #pragma once
 
-#include "support/cover.h"
-#include "support/focusloan.h"
+#include "ui/focusloan.h"
+#include "ui/inputblocker.h"
 
 #include <QImage>
 #include <QJsonObject>
@@ -12,7 +12,7 @@ namespace znt {
 // Fills its screen and follows its size, above everything else in it. No mouse, touch, wheel, hover
 // or key event goes through, and the keyboard focus stays inside while the overlay has it. Belongs
 // to the screen and goes with it.
-class InterstitialOverlay : public Cover
+class InterstitialOverlay : public InputBlocker
 {
     Q_OBJECT
     QML_ELEMENT

@@ -13,7 +13,7 @@ Item {
         && Window.visibility !== Window.Minimized
     default property alias subviews: containerView.data
 
-    Cover {
+    InputBlocker {
         id: ground
         anchors.fill: parent
         activeFocusOnTab: true

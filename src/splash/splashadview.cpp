@@ -1,9 +1,9 @@
 #include <ZNTAds/ZNTSplashAdView.h>
 
 #include "splash/splashcontent.h"
-#include "support/focusloan.h"
-#include "support/safearea.h"
-#include "support/viewengine.h"
+#include "ui/focusloan.h"
+#include "ui/qmlpart.h"
+#include "ui/safearea.h"
 
 #include <QQuickWindow>
 

@@ -1,8 +1,8 @@
 #include "splash/splashcontent.h"
 
+#include "net/remoteimage.h"
 #include "splash/videoplayer.h"
-#include "support/blur.h"
-#include "support/remoteimage.h"
+#include "ui/blur.h"
 
 namespace znt {
 

@@ -1,15 +1,15 @@
 #include <ZNTAds/ZNTSplashManager.h>
 
-#include "core/loadedad.h"
-#include "core/notify.h"
-#include "core/visibilitywatch.h"
+#include "ads/loadedad.h"
+#include "ads/notify.h"
+#include "ads/visibilitywatch.h"
 #include "diagnostics/log.h"
 #include "model/adanswer.h"
 #include "splash/splashscene.h"
 #include "support/countdown.h"
 #include "support/json.h"
-#include "support/viewengine.h"
-#include "support/visibleshare.h"
+#include "ui/qmlpart.h"
+#include "ui/visibleshare.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTShakeAdView.h>

@@ -1,13 +1,12 @@
 #include "splash/videoplayer.h"
 
-#include "support/application.h"
-#include "support/sessions.h"
+#include "net/sessions.h"
+#include "support/mainthread.h"
 
 #include <QAudioDevice>
 #include <QAudioOutput>
 #include <QMediaDevices>
 #include <QPointer>
-#include <QThreadPool>
 
 namespace znt {
 
@@ -67,13 +66,9 @@ void VideoPlayer::takeFrame(const QVideoFrame &frame)
 void VideoPlayer::convert(const QVideoFrame &frame)
 {
     m_isConverting = true;
-    QThreadPool::globalInstance()->start([frame, self = QPointer<VideoPlayer>(this)] {
-        const QImage picture = frame.toImage();
-        onMainThread([picture, self] {
-            if (self)
-                self->converted(picture);
-        });
-    });
+    inPool(
+        this, [frame] { return frame.toImage(); },
+        [this](const QImage &picture) { converted(picture); });
 }
 
 void VideoPlayer::converted(const QImage &picture)

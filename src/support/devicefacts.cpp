@@ -56,7 +56,7 @@ QString canonical(const QUuid &uuid)
 
 } // namespace
 
-QString machine()
+QString hardwareModel()
 {
 #ifdef Q_OS_UNIX
     utsname name{};
@@ -81,7 +81,7 @@ QString systemVersion()
     return QSysInfo::productVersion();
 }
 
-QString kind()
+QString formFactor()
 {
 #if defined(Q_OS_ANDROID) || defined(Q_OS_IOS)
     return QStringLiteral("Phone");

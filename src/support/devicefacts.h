@@ -9,10 +9,10 @@
 
 namespace znt::device {
 
-QString machine(); // hardware identifier
+QString hardwareModel(); // hardware identifier
 QString kernelVersion();
 QString systemVersion();
-QString kind(); // "Phone" or "Desktop"
+QString formFactor(); // "Phone" or "Desktop"
 QString advertisingId();
 QString vendorId();
 QString preferredLanguage();

@@ -1,4 +1,4 @@
-#include "core/visibilitytimer.h"
+#include "ads/visibilitytimer.h"
 #include "support/host.h"
 #include "support/loglines.h"
 

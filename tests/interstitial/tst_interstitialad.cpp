@@ -1,7 +1,7 @@
 #include "interstitial/screenwindow.h"
 #include "support/beneath.h"
 #include "support/frames.h"
-#include "support/safearea.h"
+#include "ui/safearea.h"
 
 #include <ZNTAds/ZNTInterstitialAd.h>
 

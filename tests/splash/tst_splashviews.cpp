@@ -3,7 +3,7 @@
 #include "support/beneath.h"
 #include "support/frames.h"
 #include "support/pictures.h"
-#include "support/safearea.h"
+#include "ui/safearea.h"
 
 using namespace znt;
 using namespace znt::test;

@@ -1,8 +1,8 @@
 // What a test of the library against the exchange begins with.
 #pragma once
 
+#include "net/endpoints.h"
 #include "sandbox/exchange.h"
-#include "support/endpoints.h"
 #include "support/test.h"
 
 #include <ZNTAds/ZNTError.h>

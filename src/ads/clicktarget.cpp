@@ -1,0 +1,46 @@
+#include "ads/clicktarget.h"
+
+#include "core/urlopener.h"
+#include "diagnostics/log.h"
+#include "support/json.h"
+#include "support/mainthread.h"
+
+namespace znt {
+
+namespace {
+
+void openWebPage(const QString &webPage, const std::function<void()> &handedOver)
+{
+    onMainThread([webPage, handedOver] {
+        openUrl(webPage);
+        handedOver();
+    });
+}
+
+} // namespace
+
+ClickTarget ClickTarget::of(const QJsonObject &ad)
+{
+    const QJsonObject urls = ad.value(u"urlInfo").toObject();
+    return {json::string(urls.value(u"deepLinkUrl")), json::string(urls.value(u"h5url"))};
+}
+
+void openClickTarget(const ClickTarget &target, std::function<void()> handedOver)
+{
+    if (!target.deepLink.isEmpty()) {
+        logInfo("Attempting to open deep link");
+        onMainThread([target, handedOver] {
+            if (openUrl(target.deepLink) || target.webPage.isEmpty()) {
+                handedOver();
+                return;
+            }
+            logInfo("Deep link failed, falling back to H5 URL");
+            openWebPage(target.webPage, handedOver);
+        });
+    } else if (!target.webPage.isEmpty()) {
+        logInfo("Opening H5 URL directly");
+        openWebPage(target.webPage, handedOver);
+    }
+}
+
+} // namespace znt

@@ -1,0 +1,68 @@
+#include "ads/tracking.h"
+
+#include "diagnostics/log.h"
+#include "net/sessions.h"
+#include "support/mainthread.h"
+
+#include <QJsonArray>
+
+namespace znt {
+
+namespace {
+
+// Lives in the answers still to come; the last one to let go of it closes the batch.
+class TrackingBatch
+{
+public:
+    TrackingBatch(const TrackingLogTexts &texts, std::function<void()> finished)
+        : m_texts(texts)
+        , m_finished(std::move(finished))
+    {
+    }
+    Q_DISABLE_COPY_MOVE(TrackingBatch)
+
+    void answered(const QString &url, const HttpAnswer &answer) const
+    {
+        const QString where = m_texts.namesUrl ? u'[' + url + u']' : QLatin1String("");
+        if (answer.error)
+            logError("%1 failed%2: %3", QString::fromUtf8(m_texts.name), where, *answer.error);
+        else
+            logInfo("%1 successful%2", QString::fromUtf8(m_texts.name), where);
+    }
+
+    ~TrackingBatch()
+    {
+        onMainThread([closing = m_texts.closing, finished = std::move(m_finished)] {
+            if (closing)
+                logInfo(closing);
+            if (finished)
+                finished();
+        });
+    }
+
+private:
+    const TrackingLogTexts m_texts;
+    std::function<void()> m_finished;
+};
+
+} // namespace
+
+void fireTracking(
+    const QJsonValue &urls, const TrackingLogTexts &texts, std::function<void()> finished)
+{
+    const QJsonArray list = urls.toArray();
+    if (list.isEmpty())
+        return;
+
+    logInfo(texts.opening);
+    const auto batch = std::make_shared<TrackingBatch>(texts, std::move(finished));
+    for (const QJsonValue &element : list) {
+        const QString url = element.toString();
+        if (url.isEmpty())
+            continue;
+        sendHttp(Session::Shared, {.url = QUrl::fromEncoded(url.toUtf8(), QUrl::TolerantMode)},
+            [batch, url](const HttpAnswer &answer) { batch->answered(url, answer); });
+    }
+}
+
+} // namespace znt

@@ -1,0 +1,78 @@
+#include "net/sessions.h"
+
+#include "support/mainthread.h"
+
+#include <QThread>
+
+namespace znt {
+
+namespace {
+
+HttpLimits limitsOf(Session session)
+{
+    using namespace std::chrono_literals;
+    switch (session) {
+    case Session::Shared:
+        return {.inactivity = 60s, .total = 60s, .bytes = 1024 * 1024, .discardBody = true};
+    case Session::Images:
+        return {.inactivity = 30s, .total = 120s, .bytes = 32 * 1024 * 1024, .mayResend = true};
+    case Session::Exchange:
+        break;
+    }
+    return {};
+}
+
+class Sessions
+{
+public:
+    Sessions()
+        : m_exchange(limitsOf(Session::Exchange))
+        , m_shared(limitsOf(Session::Shared))
+        , m_images(new HttpClient(limitsOf(Session::Images)))
+    {
+        QThread *const mainThread = QCoreApplication::instance()->thread();
+        m_exchange.moveToThread(mainThread);
+        m_shared.moveToThread(mainThread);
+        m_images->moveToThread(&m_imageThread);
+        m_imageThread.setObjectName(QStringLiteral("com.zntads.images"));
+        QObject::connect(&m_imageThread, &QThread::finished, m_images, &QObject::deleteLater);
+        m_imageThread.start();
+    }
+    ~Sessions()
+    {
+        m_imageThread.quit();
+        m_imageThread.wait();
+    }
+    Q_DISABLE_COPY_MOVE(Sessions)
+
+    HttpClient *client(Session session)
+    {
+        switch (session) {
+        case Session::Exchange:
+            return &m_exchange;
+        case Session::Shared:
+            return &m_shared;
+        case Session::Images:
+            break;
+        }
+        return m_images;
+    }
+
+private:
+    HttpClient m_exchange;
+    HttpClient m_shared;
+    HttpClient *m_images;
+    QThread m_imageThread;
+};
+
+} // namespace
+
+void sendHttp(Session session, const HttpRequest &request, HttpClient::Done done)
+{
+    onMainThread([session, request, done = std::move(done)] {
+        if (Sessions *sessions = ofApplication<Sessions>())
+            sessions->client(session)->send(request, done);
+    });
+}
+
+} // namespace znt

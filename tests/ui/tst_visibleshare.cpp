@@ -1,0 +1,192 @@
+#include "support/test.h"
+#include "ui/visibleshare.h"
+
+using namespace znt;
+using namespace znt::test;
+
+namespace {
+
+constexpr QSize windowSize(120, 90);
+constexpr QRgb adColor = 0xffff0000;
+
+class Box : public QQuickItem
+{
+public:
+    Box(QQuickItem *parent, const QRectF &frame, QRgb color = 0)
+        : QQuickItem(parent)
+        , m_color(color)
+    {
+        setPosition(frame.topLeft());
+        setSize(frame.size());
+        setFlag(ItemHasContents, qAlpha(color) > 0);
+    }
+
+protected:
+    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *) override
+    {
+        auto *rectangle = node ? static_cast<QSGSimpleRectNode *>(node) : new QSGSimpleRectNode;
+        rectangle->setRect(QRectF(QPointF(), size()));
+        rectangle->setColor(QColor::fromRgb(m_color));
+        return rectangle;
+    }
+
+private:
+    const QRgb m_color;
+};
+
+} // namespace
+
+class TestVisibleShare : public QObject
+{
+    Q_OBJECT
+
+private:
+    ShownWindow window{windowSize};
+    QRandomGenerator random{1};
+
+    int between(int low, int high) { return random.bounded(low, high + 1); }
+    bool oneIn(int count) { return random.bounded(count) == 0; }
+
+    // In steps that stay whole pixels when they are halved twice, about their middle too.
+    QRectF randomFrame()
+    {
+        return QRectF(
+            8 * between(-5, 10), 8 * between(-5, 8), 8 * between(1, 10), 8 * between(1, 10));
+    }
+
+    // A chain of boxes with an ad at its end; nothing is drawn but the ad.
+    Box *randomTree(QQuickItem *root)
+    {
+        QQuickItem *at = root;
+        int scalings = 2;
+        for (int depth = between(0, 5); depth > 0; --depth) {
+            at = new Box(at, randomFrame());
+            at->setClip(oneIn(3));
+            at->setTransformOrigin(QQuickItem::TransformOrigin(between(0, 8)));
+            if (oneIn(5) && scalings-- > 0)
+                at->setScale(oneIn(2) ? 0.5 : 2);
+            if (oneIn(20))
+                at->setOpacity(oneIn(2) ? 0 : 0.5);
+            if (oneIn(25))
+                at->setVisible(false);
+        }
+        return new Box(at, randomFrame(), adColor);
+    }
+
+    // In percent of the ad's area, from the pixels of a picture that are not the window's white.
+    double drawnShare(const QImage &picture, const Box *ad) const
+    {
+        double pixels = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            const auto *line = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+            pixels += std::count_if(
+                line, line + picture.width(), [](QRgb pixel) { return qGreen(pixel) < 250; });
+        }
+        return pixels / (ad->width() * ad->height()) * 100;
+    }
+
+private slots:
+    void init() { failOnWarnings(); }
+
+    void agreesWithTheDrawnPixels()
+    {
+        int seen = 0;
+        for (int i = 0; i < 5000; ++i) {
+            Box root(window.contentItem(), QRectF(QPointF(), windowSize));
+            const Box *ad = randomTree(&root);
+            const std::optional<double> share = visibleShare(ad);
+            const double drawn = drawnShare(window.grabWindow(), ad);
+            for (const double ratio : {0.0, 10.0, 50.0, 70.0, 100.0}) {
+                const bool counts = share && *share >= ratio;
+                QVERIFY2(counts == (drawn > 0 && drawn >= ratio - 1e-9),
+                    qPrintable(QString("tree %1: %2 of %3 at %4")
+                                   .arg(i)
+                                   .arg(share.value_or(-1))
+                                   .arg(drawn)
+                                   .arg(ratio)));
+                seen += counts;
+            }
+        }
+        QVERIFY(seen > 3000 && seen < 20000); // the trees are of all kinds
+    }
+
+    void turnsAndScalesAsQtDoes()
+    {
+        int agreeing = 0, differing = 0;
+        for (int i = 0; i < 500; ++i) {
+            Box root(window.contentItem(), QRectF(QPointF(), windowSize));
+            Box *ad = randomTree(&root);
+            for (QQuickItem *at = ad; at != &root; at = at->parentItem()) {
+                at->setRotation(between(0, 359));
+                at->setScale(between(2, 8) / 4.0);
+                at->setOpacity(1);
+                at->setVisible(true);
+            }
+            QRectF part(QPointF(), ad->size());
+            for (QQuickItem *at = ad; at != &root && !part.isEmpty(); at = at->parentItem()) {
+                part = at->mapRectToItem(at->parentItem(), part);
+                if (at->parentItem()->clip())
+                    part &= at->parentItem()->boundingRect();
+            }
+            part &= root.boundingRect();
+            const double share = part.width() * part.height() / ad->width() / ad->height() * 100;
+            const double found = visibleShare(ad).value_or(0);
+            // Edges that touch may leave a sliver, or not, when they are turned.
+            const bool agrees = qAbs(found - share) < 1e-6;
+            agreeing += agrees && share > 0;
+            differing += !agrees;
+        }
+        QVERIFY2(agreeing > 150 && differing <= 2, qPrintable(QString::number(differing)));
+    }
+
+    void heedsTransformLists()
+    {
+        QQmlEngine engine;
+        const auto object = created(&engine, R"(import QtQuick
+            Item { width: 40; height: 40; transform: Translate { x: 100 }
+                Item { width: 40; height: 40 } })");
+        auto *item = qobject_cast<QQuickItem *>(object.get());
+        item->setParentItem(window.contentItem());
+        QCOMPARE(visibleShare(item->childItems().first()), std::optional(50.0));
+    }
+
+    void measuresNeighboursTogether()
+    {
+        for (int i = 0; i < 200; ++i) {
+            Box root(window.contentItem(), QRectF(QPointF(), windowSize));
+            VisibleShares shares;
+            QQuickItem *above = &root;
+            for (int k = 0; k < 12; ++k) {
+                const Box *ad = randomTree(above);
+                QCOMPARE(shares.of(ad), visibleShare(ad));
+                if (oneIn(2))
+                    above = ad->parentItem();
+            }
+        }
+    }
+
+    void knowsWindowsAndEmptyItems()
+    {
+        QVERIFY(!visibleShare(nullptr));
+        Box ad(nullptr, QRectF(0, 0, 10, 10));
+        QVERIFY(!visibleShare(&ad));
+        ad.setParentItem(window.contentItem());
+        QCOMPARE(visibleShare(&ad), std::optional(100.0));
+        ad.setOpacity(0.01);
+        QCOMPARE(visibleShare(&ad), std::optional(100.0));
+        ad.setSize({0, 10});
+        QVERIFY(!visibleShare(&ad));
+        ad.setSize({10, 10});
+        window.contentItem()->setOpacity(0);
+        QVERIFY(!visibleShare(&ad));
+        window.contentItem()->setOpacity(1);
+        window.hide();
+        QVERIFY(!visibleShare(&ad));
+        QCOMPARE(shareInWindow(&ad), std::optional(100.0));
+        window.show();
+        QCOMPARE(visibleShare(&ad), std::optional(100.0));
+    }
+};
+
+QTEST_MAIN(TestVisibleShare)
+#include "tst_visibleshare.moc"
