@@ -2,24 +2,10 @@
 
 #include "splashrun.h"
 
-#include <ZNTAds/ZNTShakeAdView.h>
-#include <ZNTAds/ZNTSlideAdView.h>
-#include <ZNTAds/ZNTSplashImageAdView.h>
+#include <ZNTAds/ZNTSplashAdView.h>
+#include <ZNTAds/ZNTSplashManager.h>
 
 namespace player {
-
-namespace {
-
-std::unique_ptr<ZNTSplashAdView> makeView(qint64 style)
-{
-    if (style == 2)
-        return std::make_unique<ZNTSlideAdView>();
-    if (style == 1)
-        return std::make_unique<ZNTShakeAdView>();
-    return std::make_unique<ZNTSplashImageAdView>();
-}
-
-} // namespace
 
 VideoRun::VideoRun(const Options &options, EventLog &events, Stage &stage)
     : AdRun(options, events, stage)
@@ -41,7 +27,7 @@ void VideoRun::show()
 {
     const QSizeF window = m_stage.window().contentItem()->size();
     const double bottom = m_bottomView ? m_bottomView->height() : 0;
-    m_view = makeView(m_options.style);
+    m_view.reset(ZNTSplashManager::createAdViewWithStyle(m_options.style));
     m_view->setObjectName(u"splashAdView"_s);
     m_view->setSize({window.width(), window.height() - bottom});
     m_view->setDelegate(this);

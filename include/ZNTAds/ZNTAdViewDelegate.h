@@ -4,7 +4,7 @@
 
 class QQuickItem;
 
-/// What a feed template view tells: the feed manager implements it. Main thread.
+/// What a feed template view notifies of: the feed manager implements it. Main thread.
 class ZNTAdViewDelegate
 {
 public:

@@ -16,8 +16,8 @@
 /// host and the remote configuration have set.
 ///
 /// One per process. Requests may be started from any thread; everything else is for the main
-/// thread, where every callback runs too. Without a QCoreApplication requests are dropped and no
-/// callback runs.
+/// thread, where every callback runs too. What is requested before there is a QCoreApplication
+/// waits for it; with its end pending requests are dropped, and their callbacks do not run.
 class ZNTADS_EXPORT ZNTAdsManager
 {
 public:
@@ -56,7 +56,7 @@ public:
     void sendRequestWithURL(const QString &url, const QString &method,
         const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers,
         Completion completion);
-    /// Tells the exchange that a person did not want an ad.
+    /// Notifies the exchange that the user did not want an ad.
     /// @param type the kind of feedback; the ads use 1
     /// @param bizId the ad's id
     /// @param ext an extra value; undefined leaves it out

@@ -10,7 +10,7 @@ class ZNTADS_EXPORT ZNTAdsResponse
     ZNT_PROPERTY(qint32, code, setCode);
     /// The request's id, null when missing. Its key is "id".
     ZNT_PROPERTY(QString, requestId, setRequestId);
-    /// A text for people, null when missing.
+    /// A human-readable text, null when missing.
     ZNT_PROPERTY(QString, message, setMessage);
     /// The ads, in the exchange's order.
     ZNT_PROPERTY(QList<ZNTAdInfo>, data, setData);

@@ -15,8 +15,9 @@ public:
     /// Refers to nothing.
     ZNTDelegateRef(std::nullptr_t) { }
     /// Refers to @p object, any QObject that also implements @p Protocol; null gives an empty one.
+    /// A pointer is converted by itself where a reference is asked for.
     template <class Object>
-    explicit ZNTDelegateRef(Object *object)
+    ZNTDelegateRef(Object *object)
         : m_object(object)
         , m_protocol(object)
     {

@@ -5,7 +5,7 @@
 #include <QtCore/QMetaType>
 #include <QtCore/QString>
 
-/// An error as it is given to the host: who found it, a number, and a text for people.
+/// An error as it is given to the host: who found it, a number, and a human-readable text.
 ///
 /// The domain is the reporting class's name ("ZNTSplashManager", "ZNTAdsManager", …),
 /// "QNetworkReply" for a failed transfer (the code is a QNetworkReply::NetworkError) or
@@ -28,7 +28,7 @@ public:
 
     QString domain() const { return m_domain; }
     int code() const { return m_code; }
-    /// The text for people, in the language in which the library has it.
+    /// The human-readable text, in the language in which the library has it.
     QString localizedDescription() const { return m_localizedDescription; }
     /// Domain, code and text in one line, as log lines show an error.
     QString toString() const;

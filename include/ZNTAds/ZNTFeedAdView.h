@@ -17,8 +17,9 @@
 /// put under any QQuickItem of any QQuickWindow. From the first setup, or from the first arrival in
 /// a window on, its implicit height is the one that suits its width best. A tap anywhere but on the
 /// close button is one click, and so is Return, Enter or Space while the template has the keyboard
-/// focus; Escape stands for the close button. Delegate calls, tapped() and closeRequested() come on
-/// the next turn of the event loop, so whoever gets one may destroy the template. Main thread only.
+/// focus; Escape stands for the close button. Delegate calls, tapped() and closeRequested() come in
+/// the next iteration of the event loop, so whoever gets one may destroy the template. Main thread
+/// only.
 class ZNTADS_EXPORT ZNTFeedAdView : public QQuickItem, public ZNTNativeAdRenderProtocol
 {
     Q_OBJECT
@@ -37,11 +38,6 @@ public:
 
     /// Who hears of taps, closes and arrivals: any QObject that implements ZNTAdViewDelegate, held
     /// weakly. Null for none.
-    template <class Object>
-    void setDelegate(Object *delegate)
-    {
-        setDelegate(ZNTDelegateRef<ZNTAdViewDelegate>(delegate));
-    }
     void setDelegate(const ZNTDelegateRef<ZNTAdViewDelegate> &delegate);
     ZNTDelegateRef<ZNTAdViewDelegate> delegate() const;
 
@@ -64,32 +60,33 @@ public:
     /// The advertiser's logo; null until it has arrived.
     QImage logo() const;
 
-    /// Tells the delegate of a click, at once.
+    /// Notifies the delegate of a click, at once.
     void adViewTapped();
-    /// Tells the delegate of a close, at once.
+    /// Notifies the delegate of a close, at once.
     void closeButtonClicked();
 
 Q_SIGNALS:
     void contentChanged();
     void pictureChanged();
     void logoChanged();
-    /// A person tapped the template; the delegate has been told.
+    /// The user tapped the template; the delegate has been notified.
     void tapped();
-    /// A person wants the template closed; the delegate has been told.
+    /// The user wants the template closed; the delegate has been notified.
     void closeRequested();
 
 protected:
-    /// A template whose looks are the QML file of that name.
-    ZNTFeedAdView(const QString &looks, QQuickItem *parent);
+    /// A template that the QML file of that name draws.
+    ZNTFeedAdView(const QString &part, QQuickItem *parent);
 
     void itemChange(ItemChange change, const ItemChangeData &data) override;
 
 private:
-    void load(const QString &url, QImage &image, void (ZNTFeedAdView::*changed)());
-    void createLooks();
-    void acceptTaps();
-    void takeImplicitSize();
-    void tellArrival();
+    friend class ZNTFeedManager;
+    bool takeArrival();
+
+    void createPart();
+    void updateImplicitSize();
+    void notifyArrival();
 
     struct Private;
     const std::unique_ptr<Private> d;

@@ -16,8 +16,8 @@
 /// Loads feed ads, makes views for them, and counts, follows and reports what happens to them.
 ///
 /// Load; for each record that feedAdDidLoad() brings, make a view with createAdViewWithStyle(),
-/// fill it, hand both to registerAdForView() and put the view into a list in the same turn of the
-/// event loop.
+/// fill it, hand both to registerAdForView() and put the view into a list in the same iteration of
+/// the event loop.
 ///
 /// loadAdData() may be called from any thread, everything else on the main thread. Views and
 /// delegate are held weakly and may be destroyed at any time, and so may the manager. Errors reach
@@ -36,17 +36,13 @@ public:
 
     /// Who hears of the ads: any QObject that implements ZNTFeedDelegate, held weakly. Null for
     /// none.
-    template <class Object>
-    void setDelegate(Object *delegate)
-    {
-        setDelegate(ZNTDelegateRef<ZNTFeedDelegate>(delegate));
-    }
     void setDelegate(const ZNTDelegateRef<ZNTFeedDelegate> &delegate);
     /// Who hears of the ads; empty when there is nobody any more.
     ZNTDelegateRef<ZNTFeedDelegate> delegate() const;
 
     /// The ad position; null until set. An empty one is sent as it is.
     QString mediaId() const;
+    /// An empty text that QML assigns arrives as null.
     void setMediaId(const QString &mediaId);
     /// How many ads of an answer are kept at most; 1 until set. A negative number keeps all; 0
     /// keeps none, and the load still counts as a success.
@@ -60,17 +56,31 @@ public:
     /// An unusable one leaves the records as they were.
     /// @return whether it could be used
     bool handleAdResponse(const QJsonValue &response);
-    /// Logs @p error and tells the delegate of it on a later turn of the event loop.
+    /// Logs @p error and notifies the delegate of it in a later iteration of the event loop.
     void callbackWithError(const ZNTError &error);
     /// The records of the latest usable answer, in its order.
-    const QList<ZNTFeedAdDataPtr> &loadedAdDataArray() const;
+    QList<ZNTFeedAdDataPtr> loadedAdDataArray() const;
     /// The record that serves every click, close and exposure notice of the template views: the
     /// last one of the latest usable answer that had one, else null.
     ZNTFeedAdDataPtr adData() const;
     /// Puts another record in its place, until the next usable answer that has one.
     void setAdData(const ZNTFeedAdDataPtr &adData);
 
-    /// The template number of a style code; 0 for an unknown or missing one.
+    /// The templates by their numbers.
+    enum AdStyle : qint64 {
+        PureImageStyle = 0,      ///< "XCT", ZNTPureImageAdView
+        ImageTextStyle = 1,      ///< "XSTXW", ZNTImageTextAdView
+        TextImageStyle = 2,      ///< "XSWXT", ZNTTextImageAdView
+        FullImageStyle = 3,      ///< "XDT", ZNTFullImageAdView
+        MixedStyle = 4,          ///< "XTWHH", ZNTMixedAdView
+        OverlayStyle = 5,        ///< "XWZFC", ZNTOverlayAdView
+        ThreeImageStyle = 6,     ///< "XST", ZNTThreeImageAdView
+        ImageRightTextStyle = 7, ///< "XZTYW", ZNTImageRightTextAdView
+        TextRightImageStyle = 8, ///< "XZWYT", ZNTTextRightImageAdView
+    };
+    Q_ENUM(AdStyle)
+
+    /// The template number, an AdStyle, of a style code; 0 for an unknown or missing one.
     qint64 getAdStyleFromString(const QString &code) const;
     /// Makes the template view of a number 0 to 8, with this manager as its delegate; null for any
     /// other number. @p size is in points. The view is a ZNTFeedAdView, has no parent and belongs
@@ -80,6 +90,10 @@ public:
     /// Watches @p view, which draws @p adData, ten times a second until it is seen, from a tenth of
     /// a second from now. A view that is in no window at a tick is watched no longer. A second call
     /// with the same record replaces the first. Null arguments only log a warning.
+    ///
+    /// A view that is to draw another record needs unregisterAdData() with the old one first. An
+    /// item that lies over the view is not considered. Where the list has `clip`, only what lies
+    /// within it counts; without it, what its rows draw beyond its edge counts too.
     void registerAdForView(QQuickItem *view, const ZNTFeedAdDataPtr &adData);
     /// Ends that watch and forgets the view. A null record only logs a warning.
     void unregisterAdData(const ZNTFeedAdDataPtr &adData);
@@ -89,23 +103,26 @@ public:
 
     /// The registered views by their records; a view that was destroyed is null. A key only tells
     /// records apart, as the record itself may be gone.
-    const QHash<const ZNTFeedAdData *, QPointer<QQuickItem>> &registeredViews() const;
+    QHash<const ZNTFeedAdData *, QPointer<QQuickItem>> registeredViews() const;
     /// Whether the record's view is being watched.
     bool isCheckingVisibility(const ZNTFeedAdDataPtr &adData) const;
     /// The ids of the ads whose exposure was reported; they are not reported again.
-    const QSet<QString> &reportedAdIds() const;
+    QSet<QString> reportedAdIds() const;
 
-    /// Called by a template view that was tapped: tells the host, fires the trackers, opens the
+    /// Called by a template view that was tapped: notifies the host, fires the trackers, opens the
     /// target.
     void adViewDidClick() override;
-    /// Called by a template view whose close button was tapped: sends negative feedback and tells
-    /// the host, which takes the view away.
+    /// Called by a template view whose close button was tapped: sends negative feedback and
+    /// notifies the host, which takes the view away.
     void adViewDidClose() override;
-    /// Called by a template view that has entered a window: tells the host and watches the view on
-    /// behalf of adData().
+    /// Called by a template view that has entered a window: notifies the host and watches the view
+    /// on behalf of adData().
     void adViewDidExposure(QQuickItem *view) override;
 
 private:
+    friend class ZNTFeedAdView;
+    void viewArrived(QQuickItem *view);
+
     class Private;
     const std::unique_ptr<Private> d;
 };

@@ -21,7 +21,7 @@
 /// with the presenter too. What it fetches are its two pictures; one that cannot be had stays
 /// empty.
 ///
-/// Delegate calls come on a later turn of the event loop than their cause, and may destroy the
+/// Delegate calls come in a later iteration of the event loop than their cause, and may destroy the
 /// presenter. Main thread only.
 class ZNTADS_EXPORT ZNTInterstitialAd : public QObject
 {
@@ -40,11 +40,6 @@ public:
     /// Who hears of interstitialAdDidVisible(), interstitialAdDidClick() and
     /// interstitialAdDidAutoClose(): any QObject that implements ZNTInterstitialDelegate, held
     /// weakly. Null for none.
-    template <class Object>
-    void setDelegate(Object *delegate)
-    {
-        setDelegate(ZNTDelegateRef<ZNTInterstitialDelegate>(delegate));
-    }
     void setDelegate(const ZNTDelegateRef<ZNTInterstitialDelegate> &delegate);
 
     /// Keeps the ad as the exchange sent it. Read are "images", "sourceLogo" and "texts", each of
@@ -65,7 +60,7 @@ public:
     void showFromViewController(QQuickItem *screen);
     /// The screen item of the latest show, or null when it has gone.
     QQuickItem *rootViewController() const;
-    /// Stops the countdown, fades the overlay out over 0.3 seconds, removes it and then tells
+    /// Stops the countdown, fades the overlay out over 0.3 seconds, removes it and then notifies
     /// interstitialAdDidAutoClose() with @p autoClose. Every call ends so, also the second one and
     /// one without an overlay.
     void dismissWithAutoClose(bool autoClose);
@@ -73,7 +68,7 @@ public:
     /// The item that is measured for visibility: the picture. Null when there is no overlay, and
     /// once it is being dismissed.
     QQuickItem *adView() const;
-    /// Seconds left until a person can close the ad; 5 before the first show.
+    /// Seconds left until the user can close the ad; 5 before the first show.
     qint64 remainingTime() const;
 
 private:

@@ -22,8 +22,8 @@ public:
     /// The deep link or web page of a click was handed to the system, whether it could be opened or
     /// not.
     virtual void interstitialAdDidCloseOtherController() { }
-    /// The ad has closed; @p autoClose is true when the timer closed it, false when a person did.
-    /// An ad that a person closes before its auto-close time is reported again at that time, then
+    /// The ad has closed; @p autoClose is true when the timer closed it, false when the user did.
+    /// An ad that the user closes before its auto-close time is reported again at that time, then
     /// with true.
     virtual void interstitialAdDidAutoClose(bool autoClose) { Q_UNUSED(autoClose) }
 };

@@ -38,21 +38,17 @@ public:
 
     /// Who hears of the ad: any QObject that implements ZNTInterstitialDelegate, held weakly. Null
     /// for none. Each of its methods may destroy the manager.
-    template <class Object>
-    void setDelegate(Object *delegate)
-    {
-        setDelegate(ZNTDelegateRef<ZNTInterstitialDelegate>(delegate));
-    }
     void setDelegate(const ZNTDelegateRef<ZNTInterstitialDelegate> &delegate);
 
     /// The ad position; null until set. Null and empty are sent as they are.
     QString mediaId() const;
+    /// An empty text that QML assigns arrives as null.
     void setMediaId(const QString &mediaId);
     /// The host's screen item that the ad lies over; null for none, and when it has been destroyed.
     QQuickItem *showAdController() const;
     void setShowAdController(QQuickItem *controller);
     /// Seconds after the show call at which the ad closes by itself; 0, negative or not a number:
-    /// never. Read by showInterstitialAd(). What a person does meanwhile does not call the close
+    /// never. Read by showInterstitialAd(). What the user does meanwhile does not call the close
     /// off: it then closes whichever ad this manager shows, or reports the one that was closed
     /// already a second time. More than 24 days never come.
     double autoCloseTime() const;
@@ -84,16 +80,16 @@ public:
     QJsonValue clickUrl3rd() const;
     QJsonArray dpEventUrls() const;
 
-    /// Tells the delegate. The library itself does not call it.
+    /// Notifies the delegate. The library itself does not call it.
     void interstitialAdDidLoad() override;
-    /// Called by the presenter; tells the delegate and starts to watch for the exposure.
+    /// Called by the presenter; notifies the delegate and starts to watch for the exposure.
     void interstitialAdDidVisible() override;
-    /// Called by the presenter; tells the delegate, opens the ad's target and reports the click.
+    /// Called by the presenter; notifies the delegate, opens the ad's target and reports the click.
     void interstitialAdDidClick() override;
-    /// Tells the delegate. The library itself does not call it.
+    /// Notifies the delegate. The library itself does not call it.
     void interstitialAdDidCloseOtherController() override;
     /// Called by the presenter; ends the watch, sends negative feedback when the ad has an
-    /// "ad_id", and tells the delegate.
+    /// "ad_id", and notifies the delegate.
     void interstitialAdDidAutoClose(bool autoClose) override;
 
 private:

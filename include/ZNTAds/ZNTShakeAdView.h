@@ -25,7 +25,7 @@ public:
     explicit ZNTShakeAdView(QQuickItem *parent = nullptr);
     ~ZNTShakeAdView() override;
 
-    /// What a tilt, a shake and a tap do: tells the delegate of a click, at once.
+    /// What a tilt, a shake and a tap do: notifies the delegate of a click, at once.
     Q_INVOKABLE void handleShakeAction();
 
 protected:

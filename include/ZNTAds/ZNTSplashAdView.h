@@ -40,11 +40,6 @@ public:
 
     /// Who hears of clicks: any QObject that implements ZNTSplashDelegate, held weakly. Null for
     /// none.
-    template <class Object>
-    void setDelegate(Object *delegate)
-    {
-        setDelegate(ZNTDelegateRef<ZNTSplashDelegate>(delegate));
-    }
     void setDelegate(const ZNTDelegateRef<ZNTSplashDelegate> &delegate);
 
     /// Hides the creative, then shows it once its picture has been fetched and decoded, with its
@@ -63,10 +58,10 @@ public:
     void setupWithVideoUrl(const QString &videoUrl, const QString &actionTip);
     /// Shows the seconds left on the skip button, "跳过" below 1.
     void updateSkipButtonWithTime(qint64 seconds);
-    /// The skip button, which belongs to the creative; skipClicked() tells of its use.
+    /// The skip button, which belongs to the creative; skipClicked() notifies of its use.
     QQuickItem *skipButton() const;
 
-    /// Tells the delegate of a click, at once.
+    /// Notifies the delegate of a click, at once.
     Q_INVOKABLE void handleAdClick();
 
 Q_SIGNALS:
@@ -77,8 +72,8 @@ Q_SIGNALS:
     void skipClicked();
 
 protected:
-    /// A creative whose looks are the QML file of that name.
-    ZNTSplashAdView(const QString &looks, QQuickItem *parent);
+    /// A creative that the QML file of that name draws.
+    ZNTSplashAdView(const QString &part, QQuickItem *parent);
 
     /// A tap on the creative: a click, unless a creative has more to say.
     virtual void handleTap();
@@ -86,15 +81,8 @@ protected:
     /// nothing, unless a creative opens by it.
     virtual void handlePanGesture(const QPointF &translation, const QPointF &velocity);
 
-    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
-    void itemChange(ItemChange change, const ItemChangeData &data) override;
-    void keyPressEvent(QKeyEvent *event) override;
-
 private:
-    void followContent();
-    void enter(QQuickWindow *window);
-    void takeFocus();
-    void updateSafeInsets();
+    void updateHidden();
 
     struct Private;
     const std::unique_ptr<Private> d;

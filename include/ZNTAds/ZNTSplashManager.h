@@ -39,17 +39,21 @@ public:
     ~ZNTSplashManager() override;
 
     /// Who hears of the ad: any QObject that implements ZNTSplashDelegate, held weakly.
-    template <class Object>
-    void setDelegate(Object *delegate)
-    {
-        setDelegate(ZNTDelegateRef<ZNTSplashDelegate>(delegate));
-    }
     void setDelegate(const ZNTDelegateRef<ZNTSplashDelegate> &delegate);
 
     /// The ad position; null until set. An empty one is sent as it is.
     QString mediaId() const;
+    /// An empty text that QML assigns arrives as null.
     void setMediaId(const QString &mediaId);
-    /// Which creative to build: 1 shake, 2 slide, anything else the plain picture.
+    /// The creatives by their numbers.
+    enum AdStyle : qint64 {
+        ImageStyle = 0, ///< ZNTSplashImageAdView, for any other number as well
+        ShakeStyle = 1, ///< ZNTShakeAdView
+        SlideStyle = 2, ///< ZNTSlideAdView
+    };
+    Q_ENUM(AdStyle)
+
+    /// Which creative to build, an AdStyle; the plain picture until set.
     qint64 adStyle() const;
     void setAdStyle(qint64 style);
     /// An item of the host's that the next show puts under the ad, at the height that it has then.
@@ -75,6 +79,9 @@ public:
     /// Fades the ad out and forgets it. Without an ad on screen it does nothing.
     void closeSplashAd();
 
+    /// Makes the creative of a style, for a host that shows one by itself. It has no delegate and
+    /// no parent, and belongs to the caller.
+    static ZNTSplashAdView *createAdViewWithStyle(qint64 style);
     /// The creative on screen, or null.
     ZNTSplashAdView *splashAdView() const;
     /// The loaded ad as the exchange sent it, if there is one.

@@ -2,7 +2,6 @@
 
 #include "core/urlopener.h"
 #include "diagnostics/log.h"
-#include "support/json.h"
 #include "support/mainthread.h"
 
 namespace znt {
@@ -18,12 +17,6 @@ void openWebPage(const QString &webPage, const std::function<void()> &handedOver
 }
 
 } // namespace
-
-ClickTarget ClickTarget::of(const QJsonObject &ad)
-{
-    const QJsonObject urls = ad.value(u"urlInfo").toObject();
-    return {json::string(urls.value(u"deepLinkUrl")), json::string(urls.value(u"h5url"))};
-}
 
 void openClickTarget(const ClickTarget &target, std::function<void()> handedOver)
 {

@@ -1,42 +1,45 @@
 // The one ad that a manager has loaded.
 #pragma once
 
-#include "ads/clicktarget.h"
+#include "model/ad.h"
 #include "model/trackinglists.h"
 
 #include <memory>
-#include <optional>
 
 namespace znt {
 
-// The ad as the exchange sent it, where a click on it leads, and what is reported about it. Main
-// thread.
+// The ad, where a click on it leads, and what was reported about it. Main thread.
 class ZNTADS_INTERNAL LoadedAd
 {
 public:
-    // Takes the first ad of an answer. False, and the log says why, when there is none. Tracking
-    // lists that the ad lacks stay as they were.
-    bool take(const QJsonValue &answer);
+    LoadedAd() = default;
+    ~LoadedAd();
+    Q_DISABLE_COPY_MOVE(LoadedAd)
+
+    // Tracking lists that the ad lacks stay as they were.
+    void take(const Ad &ad);
     // The list of deep-link events stays, and that an exposure was reported.
     void forget();
 
-    const std::optional<QJsonObject> &data() const { return m_data; }
+    const std::optional<Ad> &ad() const { return m_ad; }
+    // The ad as the exchange sent it.
+    std::optional<QJsonObject> data() const;
     const TrackingLists &tracking() const { return m_tracking; }
 
     // Writes a line about it, too.
     ClickTarget clickTarget() const;
 
+    // Negative feedback, when that id of the ad is there.
+    void reportClose(QString Ad::*id) const;
     void reportExposure();
     // Whether every request of an exposure has been answered; once true it stays true, whatever ad
     // is taken then.
     bool hasReportedExposure() const { return *m_hasReportedExposure; }
-    // The line that closes the click's requests, if there is to be one.
-    void reportClick(const char *closing = nullptr) const;
-    // Negative feedback, when the ad has an id under that key.
-    void reportClose(const QString &idKey) const;
 
 private:
-    std::optional<QJsonObject> m_data;
+    void drop();
+
+    std::optional<Ad> m_ad;
     TrackingLists m_tracking;
     // The answers may come when the ad has gone.
     std::shared_ptr<bool> m_hasReportedExposure = std::make_shared<bool>(false);

@@ -1,10 +1,9 @@
 #include "ads/tracking.h"
 
 #include "diagnostics/log.h"
+#include "model/ad.h"
 #include "net/sessions.h"
 #include "support/mainthread.h"
-
-#include <QJsonArray>
 
 namespace znt {
 
@@ -56,13 +55,38 @@ void fireTracking(
 
     logInfo(texts.opening);
     const auto batch = std::make_shared<TrackingBatch>(texts, std::move(finished));
-    for (const QJsonValue &element : list) {
-        const QString url = element.toString();
+    for (qsizetype i = 0; i < qMin(list.size(), maximumTrackers); ++i) {
+        const QString url = list.at(i).toString();
         if (url.isEmpty())
             continue;
         sendHttp(Session::Shared, {.url = QUrl::fromEncoded(url.toUtf8(), QUrl::TolerantMode)},
             [batch, url](const HttpAnswer &answer) { batch->answered(url, answer); });
     }
+    if (list.size() > maximumTrackers)
+        logError("%1 not sent for %2 more URLs", QString::fromUtf8(texts.name),
+            list.size() - maximumTrackers);
+}
+
+void reportExposure(const QJsonValue &urls, std::function<void()> finished)
+{
+    fireTracking(urls,
+        {.opening = "Starting exposure reporting",
+            .name = "Exposure report",
+            .closing = "All exposure reports completed"},
+        std::move(finished));
+}
+
+void reportClick(const TrackingLists &lists, const ClickLog &log)
+{
+    fireTracking(lists.click,
+        {.opening = "Starting click reporting",
+            .name = "Click report",
+            .closing = log.closesClicks ? "All click reports completed" : nullptr,
+            .namesUrl = log.namesUrl});
+    fireTracking(lists.dpEvent,
+        {.opening = "Starting dpEventUrls reporting",
+            .name = "DpEvent report",
+            .closing = log.closesDpEvents ? "All dpEventUrls reports completed" : nullptr});
 }
 
 } // namespace znt

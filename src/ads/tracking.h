@@ -1,9 +1,7 @@
-// Fires the advertiser's tracking URLs: one GET for each, as one group.
+// Fires the advertiser's tracking URLs: one GET for each, as one batch.
 #pragma once
 
-#include <ZNTAds/ZNTAdsGlobal.h>
-
-#include <QJsonValue>
+#include "model/trackinglists.h"
 
 #include <functional>
 
@@ -19,10 +17,27 @@ struct TrackingLogTexts
     bool namesUrl = true;
 };
 
+// The most URLs of a list that are fired; one error line says how many are left.
+constexpr qsizetype maximumTrackers = 1000;
+
 // Nothing happens when `urls` is no list or an empty one. Elements that are no text, and empty
 // texts, are passed over. When every request has been answered, the closing line is written and
-// `finished` runs, on a later turn of the main thread's event loop. Main thread.
+// `finished` runs, in an event-loop iteration of its own. Main thread.
 ZNTADS_INTERNAL void fireTracking(
     const QJsonValue &urls, const TrackingLogTexts &texts, std::function<void()> finished = {});
+
+// Fires the list of an exposure.
+void reportExposure(const QJsonValue &urls, std::function<void()> finished);
+
+// What differs between the formats in the lines about a click.
+struct ClickLog
+{
+    bool namesUrl;
+    bool closesClicks;   // with a line when all have been answered
+    bool closesDpEvents; // likewise
+};
+
+// Fires the lists of clicks and of deep-link events.
+void reportClick(const TrackingLists &lists, const ClickLog &log);
 
 } // namespace znt

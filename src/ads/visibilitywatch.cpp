@@ -1,44 +1,36 @@
 #include "ads/visibilitywatch.h"
 
-#include "ui/visibleshare.h"
-
 #include <ZNTAds/ZNTAdsManager.h>
 
 #include <QQuickItem>
 
 namespace znt {
 
-bool checkSeen(const QQuickItem *item, VisibleShares &shares)
-{
-    const std::optional<double> share = shares.of(item);
-    const bool seen = share && *share >= ZNTAdsManager::sharedInstance()->currentExposureRatio();
-    if (seen)
-        shares.forget();
-    return seen;
-}
-
-VisibilityWatch::VisibilityWatch(QObject *parent)
-    : QObject(parent)
-{
-}
-
-void VisibilityWatch::start(std::function<QQuickItem *()> item)
+void VisibilityWatch::start(Item item)
 {
     m_item = std::move(item);
     m_timer.start();
 }
 
-void VisibilityWatch::tick(VisibleShares &shares)
+void VisibilityWatch::look(VisibleShares &shares)
 {
     const QQuickItem *item = m_item();
     if (!item || !item->window()) {
-        stop();
+        end(End::Lost);
         return;
     }
-    if (!checkSeen(item, shares))
+    const std::optional<double> share = shares.of(item);
+    if (!share || *share < ZNTAdsManager::sharedInstance()->currentExposureRatio())
         return;
+    shares.forget(); // whoever is notified may move items
+    end(End::Seen);
+}
+
+void VisibilityWatch::end(End how)
+{
     stop();
-    Q_EMIT seen();
+    const auto ended = m_ended; // a copy: it may destroy the watch
+    ended(how);
 }
 
 } // namespace znt

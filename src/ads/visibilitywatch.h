@@ -3,40 +3,39 @@
 
 #include "ads/visibilitytimer.h"
 
-#include <QObject>
-
-#include <functional>
-
 class QQuickItem;
 
 namespace znt {
 
-// Whether the item's visible share has reached the exposure ratio. If so, whoever hears of it may
-// move things, and the moment is over.
-bool checkSeen(const QQuickItem *item, VisibleShares &shares);
-
-// Looks ten times a second at an item until it is seen.
-class ZNTADS_INTERNAL VisibilityWatch : public QObject
+// Looks ten times a second at an item, until it is seen or there is no item in a window any more.
+// Main thread.
+class ZNTADS_INTERNAL VisibilityWatch
 {
-    Q_OBJECT
-
 public:
-    explicit VisibilityWatch(QObject *parent = nullptr);
+    enum class End {
+        Seen, // its visible share has reached the exposure ratio
+        Lost,
+    };
+    using Item = std::function<QQuickItem *()>;
 
-    // Starts over. `item` gives the item at each tick; none, or one in no window, ends the watch.
-    void start(std::function<QQuickItem *()> item);
+    // `ended` runs when a watch has ended by itself, and may destroy it.
+    explicit VisibilityWatch(std::function<void(End)> ended)
+        : m_ended(std::move(ended))
+    {
+    }
+
+    // Starts over. `item` gives the item at each look.
+    void start(Item item);
     void stop() { m_timer.stop(); }
     bool isRunning() const { return m_timer.isActive(); }
 
-Q_SIGNALS:
-    // The item is seen; the watch has stopped already.
-    void seen();
-
 private:
-    void tick(VisibleShares &shares);
+    void look(VisibleShares &shares);
+    void end(End how);
 
-    VisibilityTimer m_timer{[this](VisibleShares &shares) { tick(shares); }};
-    std::function<QQuickItem *()> m_item;
+    VisibilityTimer m_timer{[this](VisibleShares &shares) { look(shares); }};
+    const std::function<void(End)> m_ended;
+    Item m_item;
 };
 
 } // namespace znt

@@ -87,6 +87,7 @@ public:
     void send(const QString &url, const QString &method, const std::optional<QJsonObject> &params,
         const QMap<QString, QString> &headers, Done done);
     void readResponse(const QByteArray &body, Done done);
+    std::shared_ptr<const Outcome> outcomeOf(const QByteArray &body) const;
 
     // Requests may start on any thread; the lock is for their sake.
     mutable QMutex mutex;
@@ -193,23 +194,29 @@ void ZNTAdsManager::Private::send(const QString &url, const QString &method,
         });
 }
 
-// In the thread pool. `done` is moved along, so that it dies on the main thread.
+// In the pool. `done` is moved along, so that it dies on the main thread; the outcome does not.
 void ZNTAdsManager::Private::readResponse(const QByteArray &body, Done done)
 {
     inPool([this, body, done = std::move(done)]() mutable {
-        const json::Parsed parsed = json::parse(body);
-        Outcome outcome{{}, parsed.error, {}};
-        if (parsed.error) {
-            if (isLogEnabled)
-                logError("JSON Parse Error: %1", *parsed.error);
-        } else {
-            if (isLogEnabled)
-                logInfo("Response: %1", json::text(parsed.value));
-            outcome.response = ZNTAdsResponseFactory::createFromServerResponse(parsed.value);
-            outcome.dictionary = outcome.response->toDictionary();
-        }
-        onMainThread([done = std::move(done), outcome] { done(outcome); });
+        onMainThread([done = std::move(done), outcome = outcomeOf(body)]() mutable {
+            done(*outcome);
+            discardInPool(std::move(outcome));
+        });
     });
+}
+
+std::shared_ptr<const Outcome> ZNTAdsManager::Private::outcomeOf(const QByteArray &body) const
+{
+    const json::Parsed parsed = json::parse(body);
+    if (parsed.error) {
+        if (isLogEnabled)
+            logError("JSON Parse Error: %1", *parsed.error);
+        return std::make_shared<Outcome>(Outcome{{}, parsed.error, {}});
+    }
+    if (isLogEnabled)
+        logInfo("Response: %1", json::text(parsed.value));
+    const auto response = ZNTAdsResponseFactory::createFromServerResponse(parsed.value);
+    return std::make_shared<Outcome>(Outcome{response, {}, response.toDictionary()});
 }
 
 void ZNTAdsManager::sendNegativeFeedbackWithType(

@@ -3,6 +3,7 @@
 
 #include <ZNTAds/ZNTLogManager.h>
 
+#include <cstring>
 #include <type_traits>
 
 namespace znt {
@@ -44,6 +45,15 @@ void logWarning(const char *format, const Args &...args)
     ZNTLogManager *log = ZNTLogManager::sharedInstance();
     if (log->isEnabled())
         log->logWarning(logLine(format, args...));
+}
+
+// A line that may have a place for the count.
+inline void logCount(const char *format, qsizetype count)
+{
+    if (std::strstr(format, "%1"))
+        logInfo(format, count);
+    else
+        logInfo(format);
 }
 
 // An error is reported to the server even when logging is off.

@@ -13,5 +13,5 @@ ImageView {
     clip: true
     contentMode: "aspectFit"
     hidden: !label.hidden
-    image: label.view.logo
+    image: label.content.logo
 }

@@ -3,7 +3,7 @@ import ZNTAds
 
 // Says whose ad it is, where no logo does.
 Label {
-    required property ZNTFeedAdView view
+    required property AdContent content
 
     objectName: "adLabel"
     width: 30
@@ -14,6 +14,6 @@ Label {
     backgroundColor: "#4D000000"
     cornerRadius: 2
     alignment: Text.AlignHCenter
-    hidden: view.showsLogo
-    text: view.source
+    hidden: content.hasLogo
+    text: content.source
 }

@@ -13,7 +13,7 @@ FeedAdView {
         y: titleLabel.y + titleLabel.height + 12
         width: root.width - 24
         height: root.height - (titleLabel.y + titleLabel.height) - 24
-        image: root.view.picture
+        image: root.content.picture
 
         FeedSourceLabel {
             id: adLabel
@@ -21,7 +21,7 @@ FeedAdView {
             y: adImageView.height - 30
             width: 36
             height: 18
-            view: root.view
+            content: root.content
         }
 
         FeedLogo {
@@ -35,12 +35,12 @@ FeedAdView {
         y: 12
         width: root.width - 124
         height: 44
-        text: root.view.title || "广告标题文本"
+        text: root.content.text || "广告标题文本"
     }
 
     FeedCloseButton {
         x: root.width - 34
         y: 12
-        onClicked: root.closeRequested()
+        onClicked: root.part.close()
     }
 }

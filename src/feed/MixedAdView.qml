@@ -12,7 +12,7 @@ FeedAdView {
         y: mainImageView.y + mainImageView.height + 15
         width: root.width - 30
         height: Math.min(implicitHeight, 40)
-        text: root.view.title || "广告标题"
+        text: root.content.text || "广告标题"
     }
 
     FeedPicture {
@@ -22,13 +22,13 @@ FeedAdView {
         y: 15
         width: root.width - 30
         height: 150
-        image: root.view.picture
+        image: root.content.picture
 
         FeedSourceLabel {
             id: adLabel
             x: mainImageView.width - 38
             y: mainImageView.height - 28
-            view: root.view
+            content: root.content
         }
 
         FeedLogo {
@@ -47,6 +47,6 @@ FeedAdView {
         y: 15
         width: 30
         height: 30
-        onClicked: root.closeRequested()
+        onClicked: root.part.close()
     }
 }

@@ -18,13 +18,13 @@ FeedAdView {
             objectName: "adImageView"
             width: containerView.width
             height: containerView.height
-            image: root.view.picture
+            image: root.content.picture
 
             FeedSourceLabel {
                 id: adLabel
                 x: 12
                 y: 12
-                view: root.view
+                content: root.content
             }
 
             FeedLogo {
@@ -49,7 +49,7 @@ FeedAdView {
                 textColor: "white"
                 fontSize: 15
                 lines: 1
-                text: root.view.title || "广告标题"
+                text: root.content.text || "广告标题"
             }
 
             Button {
@@ -63,7 +63,7 @@ FeedAdView {
                 backgroundColor: "#0A84FF"
                 cornerRadius: 15
                 interactive: root.view.interactive
-                onClicked: root.tapped()
+                onClicked: root.part.tap()
             }
         }
     }
@@ -71,7 +71,7 @@ FeedAdView {
     FeedCloseButton {
         x: root.width - 32
         y: 10
-        onClicked: root.closeRequested()
+        onClicked: root.part.close()
     }
 
     Label {

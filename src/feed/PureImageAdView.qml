@@ -13,13 +13,13 @@ FeedAdView {
         y: 12
         width: root.width - 24
         height: root.height - 24
-        image: root.view.picture
+        image: root.content.picture
 
         FeedSourceLabel {
             id: adLabel
             x: adImageView.width - 45
             y: adImageView.height - 35
-            view: root.view
+            content: root.content
         }
 
         FeedLogo {
@@ -30,6 +30,6 @@ FeedAdView {
     FeedCloseButton {
         x: root.width - 34
         y: 12
-        onClicked: root.closeRequested()
+        onClicked: root.part.close()
     }
 }

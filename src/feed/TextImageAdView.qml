@@ -12,7 +12,7 @@ FeedAdView {
         y: 12
         width: root.width - 124
         height: 44
-        text: root.view.title || "广告标题文本"
+        text: root.content.text || "广告标题文本"
     }
 
     FeedPicture {
@@ -22,13 +22,13 @@ FeedAdView {
         y: titleLabel.y + titleLabel.height + 12
         width: root.width - 24
         height: 120
-        image: root.view.picture
+        image: root.content.picture
 
         FeedSourceLabel {
             id: adLabel
             x: adImageView.width - 38
             y: adImageView.height - 28
-            view: root.view
+            content: root.content
         }
 
         FeedLogo {
@@ -39,7 +39,7 @@ FeedAdView {
     FeedCloseButton {
         x: root.width - 34
         y: 12
-        onClicked: root.closeRequested()
+        onClicked: root.part.close()
     }
 
     Label {

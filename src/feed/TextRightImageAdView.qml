@@ -13,13 +13,13 @@ FeedAdView {
         y: 12
         width: root.height - 24
         height: root.height - 24
-        image: root.view.picture
+        image: root.content.picture
 
         FeedSourceLabel {
             id: adLabel
             x: adImageView.width - 38
             y: adImageView.height - 28
-            view: root.view
+            content: root.content
         }
 
         FeedLogo {
@@ -32,13 +32,13 @@ FeedAdView {
         y: 12
         width: root.width - root.height - 24
         height: root.height - 24
-        text: root.view.title || "广告标题文本"
+        text: root.content.text || "广告标题文本"
     }
 
     FeedCloseButton {
         x: root.width - 34
         y: 12
-        onClicked: root.closeRequested()
+        onClicked: root.part.close()
     }
 
     Label {

@@ -12,7 +12,7 @@ FeedAdView {
         y: 12
         width: root.width - 54
         height: 54
-        text: root.view.title || "广告标题文本"
+        text: root.content.text || "广告标题文本"
     }
 
     View {
@@ -30,7 +30,7 @@ FeedAdView {
             objectName: "imageViews[0]"
             width: imageContainer.pictureWidth
             height: imageContainer.height
-            image: root.view.picture
+            image: root.content.picture
         }
 
         FeedPicture {
@@ -38,7 +38,7 @@ FeedAdView {
             x: imageContainer.pictureWidth + 8
             width: imageContainer.pictureWidth
             height: imageContainer.height
-            image: root.view.picture
+            image: root.content.picture
         }
 
         FeedPicture {
@@ -46,7 +46,7 @@ FeedAdView {
             x: 2 * (imageContainer.pictureWidth + 8)
             width: imageContainer.pictureWidth
             height: imageContainer.height
-            image: root.view.picture
+            image: root.content.picture
         }
 
         FeedSourceLabel {
@@ -54,7 +54,7 @@ FeedAdView {
             objectName: "sourceLabel"
             x: imageContainer.width - 38
             y: imageContainer.height - 28
-            view: root.view
+            content: root.content
         }
 
         FeedLogo {
@@ -65,6 +65,6 @@ FeedAdView {
     FeedCloseButton {
         x: root.width - 34
         y: 12
-        onClicked: root.closeRequested()
+        onClicked: root.part.close()
     }
 }

@@ -1,7 +1,6 @@
 #include "feed/exposurechecks.h"
 
 #include "ads/tracking.h"
-#include "ads/visibilitywatch.h"
 
 #include <QQuickItem>
 
@@ -9,11 +8,17 @@ namespace znt {
 
 ExposureChecks::Check::Check(
     ExposureChecks *checks, QQuickItem *watched, const ZNTFeedAdDataPtr &adData)
-    : view(watched)
+    : owner(checks)
+    , view(watched)
     , record(adData)
-    , timer([this, checks](VisibleShares &shares) { checks->tick(this, shares); })
+    , watch([this](VisibilityWatch::End how) { owner->ended(this, how); })
 {
-    timer.start();
+    look();
+}
+
+void ExposureChecks::Check::look()
+{
+    watch.start([this] { return owner->isReported(*record) ? nullptr : view.data(); });
 }
 
 void ExposureChecks::start(QQuickItem *view, const ZNTFeedAdDataPtr &record)
@@ -33,40 +38,32 @@ bool ExposureChecks::isRunning(const ZNTFeedAdDataPtr &record) const
 
 void ExposureChecks::forget()
 {
-    for (auto &[key, check] : m_checks)
+    for (auto &[key, check] : m_checks) {
+        check->isForgotten = true;
         m_forgotten.push_back(std::move(check));
+    }
     m_checks.clear();
     m_reportedAdIds.clear();
 }
 
-void ExposureChecks::tick(const Check *check, VisibleShares &shares)
+void ExposureChecks::ended(Check *check, VisibilityWatch::End how)
 {
-    const QQuickItem *view = check->view;
-    if (!view) {
-        remove(check);
-        return;
-    }
-    if (!isReported(*check->record) && view->window()) {
-        if (!checkSeen(view, shares))
-            return;
+    if (how == VisibilityWatch::End::Seen)
         report(*check->record);
-    }
-    stop(ZNTFeedAdDataPtr(check->record)); // the check goes with its own
+    const bool looksOn = check->isForgotten && check->view;
+    if (looksOn || !check->isForgotten)
+        stop(ZNTFeedAdDataPtr(check->record)); // a copy: the check may go with its own
+    if (looksOn)
+        check->look();
+    else
+        std::erase_if(m_forgotten, [check](const auto &other) { return other.get() == check; });
 }
 
+// An ad without an id is never taken for another.
 bool ExposureChecks::isReported(const ZNTFeedAdData &record) const
 {
-    return !m_reportedAdIds.isEmpty() && m_reportedAdIds.contains(record.adId());
-}
-
-void ExposureChecks::remove(const Check *check)
-{
-    const auto isIt = [check](const std::unique_ptr<Check> &other) { return other.get() == check; };
-    const auto known = m_checks.find(check->record.get());
-    if (known != m_checks.end() && isIt(known->second))
-        m_checks.erase(known);
-    else
-        std::erase_if(m_forgotten, isIt);
+    const QString adId = record.adId();
+    return !adId.isNull() && m_reportedAdIds.contains(adId);
 }
 
 void ExposureChecks::report(const ZNTFeedAdData &record)
@@ -75,11 +72,7 @@ void ExposureChecks::report(const ZNTFeedAdData &record)
         if (self && !adId.isNull())
             self->m_reportedAdIds.insert(adId);
     };
-    fireTracking(record.viewUrl3rd(),
-        {.opening = "Starting exposure reporting",
-            .name = "Exposure report",
-            .closing = "All exposure reports completed"},
-        reported);
+    reportExposure(record.viewUrl3rd(), reported);
 }
 
 } // namespace znt

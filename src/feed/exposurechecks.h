@@ -1,7 +1,7 @@
 // Which feed ads wait for being seen, and which were reported.
 #pragma once
 
-#include "ads/visibilitytimer.h"
+#include "ads/visibilitywatch.h"
 
 #include <ZNTAds/ZNTFeedAdData.h>
 
@@ -26,7 +26,8 @@ public:
     void stop(const ZNTFeedAdDataPtr &record);
     bool isRunning(const ZNTFeedAdDataPtr &record) const;
     // Drops what is known without ending the checks that still run. Out of reach of stop(), they
-    // live as long as their views.
+    // look on, and report, for as long as their views live; where one would end, it ends a newer
+    // check of its record instead.
     void forget();
 
     const QSet<QString> &reportedAdIds() const { return m_reportedAdIds; }
@@ -35,15 +36,17 @@ private:
     struct Check
     {
         Check(ExposureChecks *checks, QQuickItem *watched, const ZNTFeedAdDataPtr &adData);
+        void look();
 
-        QPointer<QQuickItem> view;
+        ExposureChecks *const owner;
+        const QPointer<QQuickItem> view;
         const ZNTFeedAdDataPtr record;
-        VisibilityTimer timer;
+        bool isForgotten = false;
+        VisibilityWatch watch;
     };
 
-    void tick(const Check *check, VisibleShares &shares);
+    void ended(Check *check, VisibilityWatch::End how);
     bool isReported(const ZNTFeedAdData &record) const;
-    void remove(const Check *check);
     void report(const ZNTFeedAdData &record);
 
     std::unordered_map<const ZNTFeedAdData *, std::unique_ptr<Check>> m_checks;

@@ -1,78 +1,52 @@
 #include <ZNTAds/ZNTFeedAdView.h>
 
+#include "ads/adcontent.h"
 #include "feed/feedroot.h"
-#include "net/remoteimage.h"
 #include "ui/qmlpart.h"
 
-using znt::FeedRoot;
+#include <ZNTAds/ZNTFeedManager.h>
 
-namespace {
-
-// Longer texts are laid out whole before they are cut, which takes its time.
-constexpr qsizetype mostCharacters = 300;
-
-QString shortened(const QString &text)
-{
-    if (text.size() <= mostCharacters)
-        return text;
-    const bool splitsPair = text.at(mostCharacters - 1).isHighSurrogate();
-    return text.left(mostCharacters - (splitsPair ? 1 : 0));
-}
-
-} // namespace
+using namespace znt;
 
 struct ZNTFeedAdView::Private
 {
-    QString looksName;
+    QString partName;
     ZNTDelegateRef<ZNTAdViewDelegate> delegate;
-    FeedRoot *looks = nullptr;
-    QString title;
-    QString source = QStringLiteral("广告");
-    QImage picture;
-    QImage logo;
-    bool showsLogo = false;
-    // Counts the setups, so that what an earlier one has ordered is not shown.
-    int setups = 0;
+    AdContent content;
+    bool isInteractive = false;
+    int watchedArrivals = 0; // whose notice is still to come
+    std::unique_ptr<QmlPart> part;
 };
 
-ZNTFeedAdView::ZNTFeedAdView(const QString &looks, QQuickItem *parent)
+ZNTFeedAdView::ZNTFeedAdView(const QString &part, QQuickItem *parent)
     : QQuickItem(parent)
     , d(std::make_unique<Private>())
 {
-    d->looksName = looks;
+    d->partName = part;
     setFlag(ItemIsFocusScope);
     connect(this, &ZNTFeedAdView::tapped, this, &ZNTFeedAdView::adViewTapped);
     connect(this, &ZNTFeedAdView::closeRequested, this, &ZNTFeedAdView::closeButtonClicked);
+    connect(&d->content, &AdContent::changed, this, &ZNTFeedAdView::contentChanged);
+    connect(&d->content, &AdContent::pictureChanged, this, &ZNTFeedAdView::pictureChanged);
+    connect(&d->content, &AdContent::logoChanged, this, &ZNTFeedAdView::logoChanged);
 }
 
-ZNTFeedAdView::~ZNTFeedAdView()
-{
-    delete d->looks; // while what they read is still there
-}
+ZNTFeedAdView::~ZNTFeedAdView() = default;
 
 // Not before there is something to see: by then size and texts are known, and are laid out once.
-void ZNTFeedAdView::createLooks()
+void ZNTFeedAdView::createPart()
 {
-    if (d->looks)
+    if (d->part)
         return;
-    d->looks = qobject_cast<FeedRoot *>(znt::createLooks(this, d->looksName));
-    if (!d->looks)
+    d->part = std::make_unique<QmlPart>(this, d->partName,
+        QVariantMap{{QStringLiteral("content"), QVariant::fromValue(&d->content)}});
+    connect(d->part.get(), &QmlPart::tapped, this, &ZNTFeedAdView::tapped);
+    connect(d->part.get(), &QmlPart::closeRequested, this, &ZNTFeedAdView::closeRequested);
+    if (!d->part->root())
         return;
-    // Queued, as the taps are: whoever hears of it may destroy the template, and must not do so
-    // inside an event that the looks are handling.
-    connect(d->looks, &FeedRoot::closeRequested, this, &ZNTFeedAdView::closeRequested,
-        Qt::QueuedConnection);
-    connect(d->looks, &QQuickItem::implicitHeightChanged, this, &ZNTFeedAdView::takeImplicitSize);
-    takeImplicitSize();
-}
-
-void ZNTFeedAdView::acceptTaps()
-{
-    if (!d->looks)
-        return;
-    d->looks->setAcceptedMouseButtons(Qt::LeftButton);
-    connect(d->looks, &FeedRoot::tapped, this, &ZNTFeedAdView::tapped,
-        Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+    connect(d->part->root(), &QQuickItem::implicitHeightChanged, this,
+        &ZNTFeedAdView::updateImplicitSize);
+    updateImplicitSize();
 }
 
 void ZNTFeedAdView::setDelegate(const ZNTDelegateRef<ZNTAdViewDelegate> &delegate)
@@ -89,61 +63,44 @@ void ZNTFeedAdView::setupWithAdsData(const ZNTFeedAdDataPtr &adData)
 {
     if (!adData)
         return;
-    ++d->setups;
-    d->title = shortened(adData->title());
-    d->source = adData->source().isEmpty() ? QStringLiteral("广告") : shortened(adData->source());
-    d->showsLogo = !adData->sourceLogo().isNull();
-    Q_EMIT contentChanged();
-    createLooks();
-    acceptTaps();
-    load(adData->imageUrls().value(0), d->picture, &ZNTFeedAdView::pictureChanged);
-    load(adData->sourceLogo(), d->logo, &ZNTFeedAdView::logoChanged);
-}
-
-void ZNTFeedAdView::load(const QString &url, QImage &image, void (ZNTFeedAdView::*changed)())
-{
-    if (!image.isNull()) {
-        image = {};
-        Q_EMIT(this->*changed)();
-    }
-    if (url.isEmpty())
-        return;
-    znt::fetchImage(url, this, [this, &image, changed, setup = d->setups](const QImage &arrived) {
-        if (setup != d->setups)
-            return;
-        image = arrived;
-        Q_EMIT(this->*changed)();
-    });
+    d->isInteractive = true;
+    d->content.startOver();
+    d->content.setText(adData->title());
+    d->content.setSource(adData->source());
+    d->content.clearPicture();
+    d->content.fetchPicture(adData->imageUrls().value(0));
+    d->content.fetchLogo(!adData->sourceLogo().isNull(), adData->sourceLogo());
+    createPart();
 }
 
 QString ZNTFeedAdView::title() const
 {
-    return d->title;
+    return d->content.text();
 }
 
 QString ZNTFeedAdView::source() const
 {
-    return d->source;
+    return d->content.source();
 }
 
 bool ZNTFeedAdView::showsLogo() const
 {
-    return d->showsLogo;
+    return d->content.hasLogo();
 }
 
 bool ZNTFeedAdView::isInteractive() const
 {
-    return d->setups > 0;
+    return d->isInteractive;
 }
 
 QImage ZNTFeedAdView::picture() const
 {
-    return d->picture;
+    return d->content.picture();
 }
 
 QImage ZNTFeedAdView::logo() const
 {
-    return d->logo;
+    return d->content.logo();
 }
 
 void ZNTFeedAdView::adViewTapped()
@@ -158,15 +115,21 @@ void ZNTFeedAdView::closeButtonClicked()
         delegate->adViewDidClose();
 }
 
-void ZNTFeedAdView::tellArrival()
+void ZNTFeedAdView::notifyArrival()
 {
     if (ZNTAdViewDelegate *delegate = d->delegate.get())
         delegate->adViewDidExposure(this);
 }
 
-void ZNTFeedAdView::takeImplicitSize()
+bool ZNTFeedAdView::takeArrival()
 {
-    setImplicitSize(d->looks->implicitWidth(), d->looks->implicitHeight());
+    return d->watchedArrivals > 0 && d->watchedArrivals--;
+}
+
+void ZNTFeedAdView::updateImplicitSize()
+{
+    const QQuickItem *root = d->part->root();
+    setImplicitSize(root->implicitWidth(), root->implicitHeight());
 }
 
 void ZNTFeedAdView::itemChange(ItemChange change, const ItemChangeData &data)
@@ -174,6 +137,11 @@ void ZNTFeedAdView::itemChange(ItemChange change, const ItemChangeData &data)
     QQuickItem::itemChange(change, data);
     if (change != ItemSceneChange || !data.window)
         return;
-    createLooks();
-    QMetaObject::invokeMethod(this, &ZNTFeedAdView::tellArrival, Qt::QueuedConnection);
+    createPart();
+    if (auto *manager = qobject_cast<ZNTFeedManager *>(d->delegate.object())) {
+        ++d->watchedArrivals;
+        manager->viewArrived(this);
+    }
+    // Queued: the host must not be called in the middle of a move.
+    QMetaObject::invokeMethod(this, &ZNTFeedAdView::notifyArrival, Qt::QueuedConnection);
 }

@@ -1,36 +1,40 @@
 #include <ZNTAds/ZNTFeedManager.h>
 
-#include "ads/clicktarget.h"
+#include "ads/adflow.h"
 #include "ads/negativefeedback.h"
-#include "ads/notify.h"
 #include "ads/tracking.h"
-#include "diagnostics/log.h"
 #include "feed/exposurechecks.h"
 #include "feed/feedrecords.h"
 #include "feed/templates.h"
-#include "model/adanswer.h"
 #include "ui/qmlpart.h"
 
-#include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTFeedAdView.h>
 
 using namespace znt;
+
+namespace {
+
+constexpr AdFormat format{
+    .name = "feed",
+    .title = "Feed",
+    .domain = "ZNTFeedManager",
+    .loaded = "Successfully loaded %1 feed ads",
+};
+
+} // namespace
 
 class ZNTFeedManager::Private
 {
 public:
     explicit Private(ZNTFeedManager *manager)
-        : q(manager)
+        : flow(manager, format, &ZNTFeedDelegate::feedAdDidFail)
     {
     }
 
-    void loaded(const QJsonObject &response);
-    void fireClickTrackers(const ZNTFeedAdData &record) const;
+    qsizetype take(const QList<ZNTFeedAdDataPtr> &records);
 
-    ZNTFeedManager *const q;
-    ZNTDelegateRef<ZNTFeedDelegate> delegate;
-    QString mediaId;
-    qint64 adCount = 1;
+    AdFlow<ZNTFeedDelegate> flow;
+    std::atomic<qint64> adCount = 1;
     QList<ZNTFeedAdDataPtr> loadedAdDataArray;
     ZNTFeedAdDataPtr adData;
     QHash<const ZNTFeedAdData *, QPointer<QQuickItem>> registeredViews;
@@ -50,65 +54,38 @@ ZNTFeedManager::~ZNTFeedManager() = default;
 
 void ZNTFeedManager::loadAdData()
 {
-    const QString mediaId = d->mediaId;
-    if (mediaId.isNull()) {
-        logError("Cannot load ad data: mediaId is empty");
-        callbackWithError(
-            {QStringLiteral("ZNTFeedManager"), -1001, QStringLiteral("mediaId不能为空")});
+    if (!d->flow.requireMediaId())
         return;
-    }
-    logInfo("Starting to request feed ad data with mediaId: %1", mediaId);
-    prepareLooks(QStringLiteral("FeedAdView")); // what all templates have in common
-    const QPointer<ZNTFeedManager> self(this);
-    ZNTAdsManager::sharedInstance()->requestAdWithPositionId(
-        mediaId, 0.0,
-        [self](const QJsonObject &response) {
-            if (self)
-                self->d->loaded(response);
-        },
-        [self](const ZNTError &error) {
-            if (!self)
-                return;
-            logError("Failed to load feed ad data: %1", error.localizedDescription());
-            self->callbackWithError(error);
+    logInfo("Starting to request feed ad data with mediaId: %1", mediaId());
+    prepareQmlPart(QStringLiteral("FeedAdView")); // what all templates have in common
+    d->flow.request(
+        [count = adCount()](const QJsonObject &answer) { return readFeedRecords(answer, count); },
+        [this](const QList<ZNTFeedAdDataPtr> &records) { return d->take(records); },
+        [this] {
+            // A copy: the host may load again in the call.
+            d->flow.notify(&ZNTFeedDelegate::feedAdDidLoad, loadedAdDataArray());
         });
 }
 
-void ZNTFeedManager::Private::loaded(const QJsonObject &response)
+qsizetype ZNTFeedManager::Private::take(const QList<ZNTFeedAdDataPtr> &records)
 {
-    if (!q->handleAdResponse(response)) {
-        logError("Failed to parse feed ad data");
-        q->callbackWithError(
-            {QStringLiteral("ZNTFeedManager"), -1002, QStringLiteral("广告数据解析失败")});
-        return;
-    }
-    logInfo("Successfully loaded %1 feed ads", loadedAdDataArray.size());
-    QMetaObject::invokeMethod(
-        q,
-        [this] {
-            // A copy: the host may load again in the call.
-            notify(q, delegate, &ZNTFeedDelegate::feedAdDidLoad, QList(loadedAdDataArray));
-        },
-        Qt::QueuedConnection);
+    discardInPool(std::exchange(loadedAdDataArray, records));
+    if (!records.isEmpty())
+        adData = records.last();
+    return records.size();
 }
 
 void ZNTFeedManager::callbackWithError(const ZNTError &error)
 {
-    logError("Feed ad error: %1", error.localizedDescription());
-    QMetaObject::invokeMethod(
-        this, [this, error] { notify(this, d->delegate, &ZNTFeedDelegate::feedAdDidFail, error); },
-        Qt::QueuedConnection);
+    d->flow.fail(error);
 }
 
 bool ZNTFeedManager::handleAdResponse(const QJsonValue &response)
 {
-    const auto ads = adsOfAnswer(response);
-    if (!ads)
-        return false;
-    d->loadedAdDataArray = readFeedRecords(*ads, d->adCount);
-    if (!d->loadedAdDataArray.isEmpty())
-        d->adData = d->loadedAdDataArray.last();
-    return true;
+    const auto records = readFeedRecords(response, d->adCount);
+    if (records)
+        d->take(*records);
+    return records.has_value();
 }
 
 // Views
@@ -165,26 +142,12 @@ void ZNTFeedManager::deallocAllFeedProperty()
 void ZNTFeedManager::adViewDidClick()
 {
     logInfo("Feed ad clicked");
-    if (!notify(this, d->delegate, &ZNTFeedDelegate::feedAdDidClick) || !d->adData)
+    if (!d->flow.notify(&ZNTFeedDelegate::feedAdDidClick) || !d->adData)
         return;
-    d->fireClickTrackers(*d->adData);
-    openClickTarget(
-        {d->adData->deepLinkUrl(), d->adData->h5url()}, [self = QPointer<ZNTFeedManager>(this)] {
-            if (self)
-                notify(self, self->d->delegate, &ZNTFeedDelegate::feedAdDidCloseOtherController);
-        });
-}
-
-void ZNTFeedManager::Private::fireClickTrackers(const ZNTFeedAdData &record) const
-{
-    fireTracking(record.clickUrl3rd(),
-        {.opening = "Starting click reporting",
-            .name = "Click report",
-            .closing = "All click reports completed"});
-    fireTracking(record.dpEventUrls(),
-        {.opening = "Starting dpEventUrls reporting",
-            .name = "DpEvent report",
-            .closing = "All dpEventUrls reports completed"});
+    const ZNTFeedAdData &ad = *d->adData;
+    reportClick({{}, ad.clickUrl3rd(), ad.dpEventUrls()},
+        {.namesUrl = true, .closesClicks = true, .closesDpEvents = true});
+    d->flow.open({ad.deepLinkUrl(), ad.h5url()}, &ZNTFeedDelegate::feedAdDidCloseOtherController);
 }
 
 void ZNTFeedManager::adViewDidClose()
@@ -192,16 +155,26 @@ void ZNTFeedManager::adViewDidClose()
     logInfo("Feed ad closed");
     if (d->adData)
         sendNegativeFeedback(d->adData->adId());
-    notify(this, d->delegate, &ZNTFeedDelegate::feedAdDidClose);
+    d->flow.notify(&ZNTFeedDelegate::feedAdDidClose);
+}
+
+// The host must not be called in the middle of a view's move into its window, so it is notified
+// later; but what it registers or unregisters meanwhile has the last word.
+void ZNTFeedManager::viewArrived(QQuickItem *view)
+{
+    if (d->adData)
+        d->checks.start(view, d->adData);
 }
 
 void ZNTFeedManager::adViewDidExposure(QQuickItem *view)
 {
     logInfo("Feed ad exposed");
+    auto *const arrived = qobject_cast<ZNTFeedAdView *>(view);
+    const bool isWatched = arrived && arrived->takeArrival();
     const QPointer<QQuickItem> exposed(view);
-    if (!notify(this, d->delegate, &ZNTFeedDelegate::feedAdDidVisible))
+    if (!d->flow.notify(&ZNTFeedDelegate::feedAdDidVisible))
         return;
-    if (exposed && d->adData)
+    if (exposed && d->adData && !isWatched)
         d->checks.start(exposed, d->adData);
 }
 
@@ -209,22 +182,22 @@ void ZNTFeedManager::adViewDidExposure(QQuickItem *view)
 
 void ZNTFeedManager::setDelegate(const ZNTDelegateRef<ZNTFeedDelegate> &delegate)
 {
-    d->delegate = delegate;
+    d->flow.delegate = delegate;
 }
 
 ZNTDelegateRef<ZNTFeedDelegate> ZNTFeedManager::delegate() const
 {
-    return d->delegate;
+    return d->flow.delegate;
 }
 
 QString ZNTFeedManager::mediaId() const
 {
-    return d->mediaId;
+    return d->flow.mediaId();
 }
 
 void ZNTFeedManager::setMediaId(const QString &mediaId)
 {
-    d->mediaId = mediaId;
+    d->flow.setMediaId(mediaId);
 }
 
 qint64 ZNTFeedManager::adCount() const
@@ -237,7 +210,7 @@ void ZNTFeedManager::setAdCount(qint64 count)
     d->adCount = count;
 }
 
-const QList<ZNTFeedAdDataPtr> &ZNTFeedManager::loadedAdDataArray() const
+QList<ZNTFeedAdDataPtr> ZNTFeedManager::loadedAdDataArray() const
 {
     return d->loadedAdDataArray;
 }
@@ -252,7 +225,7 @@ void ZNTFeedManager::setAdData(const ZNTFeedAdDataPtr &adData)
     d->adData = adData;
 }
 
-const QHash<const ZNTFeedAdData *, QPointer<QQuickItem>> &ZNTFeedManager::registeredViews() const
+QHash<const ZNTFeedAdData *, QPointer<QQuickItem>> ZNTFeedManager::registeredViews() const
 {
     return d->registeredViews;
 }
@@ -262,7 +235,7 @@ bool ZNTFeedManager::isCheckingVisibility(const ZNTFeedAdDataPtr &adData) const
     return d->checks.isRunning(adData);
 }
 
-const QSet<QString> &ZNTFeedManager::reportedAdIds() const
+QSet<QString> ZNTFeedManager::reportedAdIds() const
 {
     return d->checks.reportedAdIds();
 }

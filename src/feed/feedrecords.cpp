@@ -1,9 +1,8 @@
 #include "feed/feedrecords.h"
 
 #include "diagnostics/log.h"
-#include "model/adanswer.h"
+#include "model/ad.h"
 #include "model/trackinglists.h"
-#include "support/json.h"
 
 namespace znt {
 
@@ -13,55 +12,48 @@ namespace {
 constexpr std::array styleCodes{
     "XCT", "XSTXW", "XSWXT", "XDT", "XTWHH", "XWZFC", "XST", "XZTYW", "XZWYT"};
 
-void readImages(ZNTFeedAdData &record, const QJsonObject &ad, qsizetype index)
+void setImages(ZNTFeedAdData &record, const QStringList &urls, qsizetype index)
 {
-    const QJsonArray images = ad.value(u"images").toArray();
-    if (images.isEmpty())
+    if (urls.isEmpty())
         return;
-    QStringList urls;
-    for (const auto &image : images) {
-        const QString url = json::string(image[u"url"]);
-        if (!url.isNull())
-            urls.append(url);
-    }
-    record.setImageUrls(urls);
-    logInfo("Processed %1 images for ad %2", urls.size(), index);
+    QStringList known = urls;
+    known.removeIf([](const QString &url) { return url.isNull(); });
+    record.setImageUrls(known);
+    logInfo("Processed %1 images for ad %2", known.size(), index);
 }
 
-void readTracking(ZNTFeedAdData &record, const QJsonObject &ad)
+void setTracking(ZNTFeedAdData &record, const std::optional<TrackInfo> &info)
 {
     TrackingLists lists;
-    readTrackingLists(lists, ad, ClickForm::OfClick,
+    readTrackingLists(lists, info, ClickForm::OfClick,
         {.list = "Processed dpEventUrls", .single = "Converted single dpEventURL to array"});
     record.setViewUrl3rd(lists.view);
     record.setClickUrl3rd(lists.click.toArray());
     record.setDpEventUrls(lists.dpEvent);
 }
 
-void readUrls(ZNTFeedAdData &record, const QJsonObject &ad)
+void setTarget(ZNTFeedAdData &record, const std::optional<ClickTarget> &target)
 {
-    const QJsonValue urls = ad.value(u"urlInfo");
-    if (!urls.isObject())
+    if (!target)
         return;
-    record.setH5url(json::string(urls[u"h5url"]));
-    record.setDeepLinkUrl(json::string(urls[u"deepLinkUrl"]));
-    logInfo(
-        "Processed URL info - h5url: %1, deepLinkUrl: %2", record.h5url(), record.deepLinkUrl());
+    record.setH5url(target->webPage);
+    record.setDeepLinkUrl(target->deepLink);
+    logInfo("Processed URL info - h5url: %1, deepLinkUrl: %2", target->webPage, target->deepLink);
 }
 
-ZNTFeedAdDataPtr readRecord(const QJsonObject &ad, qsizetype index)
+ZNTFeedAdDataPtr recordOf(const Ad &ad, qsizetype index)
 {
     const auto record = std::make_shared<ZNTFeedAdData>();
-    record->setAdId(json::string(ad.value(u"adId")));
+    record->setAdId(ad.id);
     record->setTitle(randomText(ad, {QStringLiteral("TXT")}));
     record->setDesc(record->title());
-    record->setStyle(feedStyle(json::string(ad.value(u"adStyle"))));
-    record->setSource(json::string(ad.value(u"sourceName")));
-    record->setSourceLogo(json::string(ad.value(u"sourceLogo")));
+    record->setStyle(feedStyle(ad.styleCode));
+    record->setSource(ad.source);
+    record->setSourceLogo(ad.sourceLogo);
     logInfo("Processing ad %1 - Style: %2, Title: %3", index, record->style(), record->title());
-    readImages(*record, ad, index);
-    readTracking(*record, ad);
-    readUrls(*record, ad);
+    setImages(*record, ad.imageUrls, index);
+    setTracking(*record, ad.trackInfo);
+    setTarget(*record, ad.target);
     return record;
 }
 
@@ -74,14 +66,17 @@ qint64 feedStyle(const QString &code)
     return known == styleCodes.end() ? 0 : known - styleCodes.begin();
 }
 
-QList<ZNTFeedAdDataPtr> readFeedRecords(const QJsonArray &ads, qint64 count)
+std::optional<QList<ZNTFeedAdDataPtr>> readFeedRecords(const QJsonValue &answer, qint64 count)
 {
-    const auto kept = qsizetype(std::min(quint64(count), quint64(ads.size())));
+    const auto ads = adsOfAnswer(answer);
+    if (!ads)
+        return std::nullopt;
+    const auto kept = qsizetype(std::min(quint64(count), quint64(ads->size())));
     logInfo("Processing %1 ads from response", kept);
     QList<ZNTFeedAdDataPtr> records;
     records.reserve(kept);
     for (qsizetype i = 0; i < kept; ++i)
-        records.append(readRecord(ads.at(i).toObject(), i));
+        records.append(recordOf(readAd(ads->at(i).toObject()), i));
     return records;
 }
 

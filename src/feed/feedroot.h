@@ -1,16 +1,19 @@
-// What lies under the subviews of a feed template.
+// The root of a feed template's QML part.
 #pragma once
 
 #include "ui/pressarea.h"
 
 namespace znt {
 
-// The root of a template's looks, which tells the template what a person does. It may be in the
-// middle of an event, so whoever listens lets that end first.
+// Lies under the subviews; takes taps once it is interactive. Escape closes the ad.
 class FeedRoot : public znt::PressArea
 {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(bool interactive WRITE setInteractive)
+
+public:
+    void setInteractive(bool interactive);
 
 Q_SIGNALS:
     void closeRequested();

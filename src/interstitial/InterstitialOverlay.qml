@@ -1,4 +1,4 @@
-// The looks of an interstitial ad: the picture in the middle of the dimmed screen.
+// An interstitial ad: the picture in the middle of the dimmed screen.
 import QtQuick
 import ZNTAds
 
@@ -6,6 +6,8 @@ Item {
     id: root
 
     required property InterstitialOverlay view
+    required property AdContent content
+    required property QmlPart part
 
     focus: true
     KeyNavigation.tab: skipButton.interactive ? skipButton : detailButton
@@ -30,15 +32,15 @@ Item {
             clip: true
             cornerRadius: 10
             contentMode: "aspectFill"
-            image: root.view.picture
+            image: root.content.picture
 
             Accessible.role: Accessible.Link
             Accessible.name: descLabel.text
-            Accessible.onPressAction: root.view.clicked()
+            Accessible.onPressAction: root.part.tap()
 
             InputBlocker {
                 anchors.fill: parent
-                onTapped: root.view.clicked()
+                onTapped: root.part.tap()
             }
 
             // Above the bar, which reaches over the lower part of both.
@@ -49,9 +51,9 @@ Item {
                 y: adImageView.height - 50
                 width: 36
                 height: 18
-                hidden: !root.view.hasLogo
+                hidden: !root.content.hasLogo
                 contentMode: "aspectFit"
-                image: root.view.logo
+                image: root.content.logo
             }
 
             Label {
@@ -62,7 +64,7 @@ Item {
                 y: adImageView.height - 50
                 width: 36
                 height: 18
-                hidden: root.view.hasLogo
+                hidden: root.content.hasLogo
                 backgroundColor: Qt.rgba(0, 0, 0, 0.3)
                 cornerRadius: 2
                 clip: true
@@ -106,7 +108,7 @@ Item {
                     clip: true
                     fontSize: 12
                     text: "查看详情"
-                    onClicked: root.view.clicked()
+                    onClicked: root.part.tap()
 
                     KeyNavigation.tab: skipButton.interactive ? skipButton : detailButton
                     KeyNavigation.backtab: skipButton.interactive ? skipButton : detailButton
@@ -120,7 +122,7 @@ Item {
                     height: 44
                     fontSize: 14
                     textColor: "white"
-                    text: root.view.text
+                    text: root.content.text
                 }
             }
         }
@@ -141,7 +143,8 @@ Item {
             fontSize: 13
             text: root.view.closeTitle
             interactive: root.view.closable
-            onClicked: root.view.closeRequested()
+            Accessible.name: "关闭"
+            onClicked: root.part.close()
 
             KeyNavigation.tab: detailButton
             KeyNavigation.backtab: detailButton

@@ -3,6 +3,7 @@
 #include "ads/notify.h"
 #include "interstitial/interstitialoverlay.h"
 #include "support/countdown.h"
+#include "support/mainthread.h"
 
 #include <QVariantAnimation>
 
@@ -18,13 +19,13 @@ constexpr int fadeMilliseconds = 300;
 class ZNTInterstitialAd::Private
 {
 public:
-    explicit Private(ZNTInterstitialAd *ad)
-        : q(ad)
+    explicit Private(ZNTInterstitialAd *presenter)
+        : q(presenter)
     {
     }
 
     void layOver(QQuickItem *screen);
-    QQuickItem *subview(const char *name) const;
+    QQuickItem *container() const;
     void setOpacity(double opacity) const;
     void fadeTo(double opacity);
     void faded();
@@ -32,18 +33,18 @@ public:
     void takeDown();
     void closed();
 
-    bool isClosing() const { return !closings.isEmpty(); }
+    bool isClosing() const { return !pendingDismissals.isEmpty(); }
 
     ZNTInterstitialAd *const q;
     ZNTDelegateRef<ZNTInterstitialDelegate> delegate;
     QString mediaId;
     QPointer<QQuickItem> rootViewController;
-    std::optional<QJsonObject> adData;
+    std::optional<Ad> ad;
     bool isReady = false;
     QPointer<InterstitialOverlay> overlay;
     Countdown countdown;
     QVariantAnimation fade;
-    QList<bool> closings; // each dismissal still to be told, and whether the timer asked for it
+    QList<bool> pendingDismissals; // for each, whether the timer asked for it
 };
 
 ZNTInterstitialAd::ZNTInterstitialAd(const QString &mediaId, QObject *parent)
@@ -72,8 +73,11 @@ ZNTInterstitialAd::~ZNTInterstitialAd()
 
 void ZNTInterstitialAd::setupWithAdData(const std::optional<QJsonObject> &adData)
 {
-    d->adData = adData;
-    d->isReady = adData.has_value();
+    if (d->ad)
+        discardInPool(*std::exchange(d->ad, {}));
+    if (adData)
+        d->ad = readAd(*adData);
+    d->isReady = d->ad.has_value();
 }
 
 void ZNTInterstitialAd::showFromViewController(QQuickItem *screen)
@@ -81,7 +85,7 @@ void ZNTInterstitialAd::showFromViewController(QQuickItem *screen)
     if (!d->isReady || !screen)
         return;
     d->takeDown();
-    d->closings.clear();
+    d->pendingDismissals.clear();
     d->layOver(screen);
     d->setOpacity(0);
     d->fadeTo(1);
@@ -92,34 +96,29 @@ void ZNTInterstitialAd::showFromViewController(QQuickItem *screen)
 void ZNTInterstitialAd::Private::layOver(QQuickItem *screen)
 {
     rootViewController = screen;
-    overlay = new InterstitialOverlay(*adData, screen);
+    overlay = new InterstitialOverlay(*ad, screen);
     QObject::connect(overlay, &QObject::destroyed, q, [this] { overlayLost(); });
-    // Queued: the delegate may destroy everything, and must not do so in the middle of an event.
-    QObject::connect(
-        overlay, &InterstitialOverlay::clicked, q,
-        [this] { notify(q, delegate, &ZNTInterstitialDelegate::interstitialAdDidClick); },
-        Qt::QueuedConnection);
-    QObject::connect(
-        overlay, &InterstitialOverlay::closeRequested, q,
-        [this] { q->dismissWithAutoClose(false); }, Qt::QueuedConnection);
+    QObject::connect(overlay, &InterstitialOverlay::clicked, q,
+        [this] { notify(q, delegate, &ZNTInterstitialDelegate::interstitialAdDidClick); });
+    QObject::connect(overlay, &InterstitialOverlay::closeRequested, q,
+        [this] { q->dismissWithAutoClose(false); });
 }
 
-QQuickItem *ZNTInterstitialAd::Private::subview(const char *name) const
+QQuickItem *ZNTInterstitialAd::Private::container() const
 {
-    return overlay ? overlay->subview(QLatin1String(name)) : nullptr;
+    return overlay ? overlay->containerView() : nullptr;
 }
 
 void ZNTInterstitialAd::Private::setOpacity(double opacity) const
 {
-    if (QQuickItem *container = subview("containerView"))
-        container->setOpacity(opacity);
+    if (QQuickItem *faded = container())
+        faded->setOpacity(opacity);
 }
 
 void ZNTInterstitialAd::Private::fadeTo(double opacity)
 {
-    const QQuickItem *container = subview("containerView");
     fade.stop();
-    fade.setStartValue(container ? container->opacity() : opacity);
+    fade.setStartValue(container() ? container()->opacity() : opacity);
     fade.setEndValue(opacity);
     fade.start();
 }
@@ -132,7 +131,7 @@ void ZNTInterstitialAd::Private::faded()
         notify(q, delegate, &ZNTInterstitialDelegate::interstitialAdDidVisible);
 }
 
-// The screen has gone and taken it along: nobody has closed the ad. A dismissal under way goes on.
+// The screen has gone and taken it along: nobody has closed the ad. A pending dismissal goes on.
 void ZNTInterstitialAd::Private::overlayLost()
 {
     countdown.stop();
@@ -145,9 +144,9 @@ void ZNTInterstitialAd::Private::overlayLost()
 void ZNTInterstitialAd::dismissWithAutoClose(bool autoClose)
 {
     d->countdown.stop();
-    d->closings.append(autoClose);
-    if (d->closings.size() > 1)
-        return; // told together with the one under way
+    d->pendingDismissals.append(autoClose);
+    if (d->pendingDismissals.size() > 1)
+        return; // notified together with the one before
     if (d->overlay)
         d->overlay->setDismissed();
     d->fadeTo(0);
@@ -169,8 +168,8 @@ void ZNTInterstitialAd::Private::closed()
 {
     takeDown();
     isReady = false;
-    const QList<bool> told = std::exchange(closings, {});
-    for (const bool autoClose : told) {
+    const QList<bool> dismissals = std::exchange(pendingDismissals, {});
+    for (const bool autoClose : dismissals) {
         if (!notify(q, delegate, &ZNTInterstitialDelegate::interstitialAdDidAutoClose, autoClose))
             return;
     }
@@ -190,7 +189,7 @@ QString ZNTInterstitialAd::mediaId() const
 
 std::optional<QJsonObject> ZNTInterstitialAd::adData() const
 {
-    return d->adData;
+    return d->ad ? std::optional(d->ad->data) : std::nullopt;
 }
 
 QQuickItem *ZNTInterstitialAd::rootViewController() const
@@ -205,7 +204,7 @@ bool ZNTInterstitialAd::isReady() const
 
 QQuickItem *ZNTInterstitialAd::adView() const
 {
-    return d->isClosing() ? nullptr : d->subview("adImageView");
+    return d->overlay ? d->overlay->adImageView() : nullptr;
 }
 
 qint64 ZNTInterstitialAd::remainingTime() const

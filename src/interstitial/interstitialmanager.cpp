@@ -1,12 +1,11 @@
 #include <ZNTAds/ZNTInterstitialManager.h>
 
+#include "ads/adflow.h"
 #include "ads/loadedad.h"
-#include "ads/notify.h"
+#include "ads/tracking.h"
 #include "ads/visibilitywatch.h"
-#include "diagnostics/log.h"
 #include "ui/qmlpart.h"
 
-#include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTInterstitialAd.h>
 
 #include <QTimer>
@@ -17,10 +16,12 @@ using namespace znt;
 
 namespace {
 
-ZNTError interstitialError(int code, const QString &description)
-{
-    return {QStringLiteral("ZNTInterstitialManager"), code, description};
-}
+constexpr AdFormat format{
+    .name = "interstitial",
+    .title = "Interstitial",
+    .domain = "ZNTInterstitialManager",
+    .loaded = "Successfully loaded interstitial ad data",
+};
 
 } // namespace
 
@@ -29,30 +30,30 @@ class ZNTInterstitialManager::Private
 public:
     explicit Private(ZNTInterstitialManager *manager)
         : q(manager)
+        , flow(manager, format, &ZNTInterstitialDelegate::interstitialAdDidFailed)
     {
     }
 
-    void loaded(const QJsonObject &response);
-    void fail(const ZNTError &error);
+    qsizetype take(const Ad &taken);
     void autoCloseLater();
     QQuickItem *viewToWatch() const;
 
     ZNTInterstitialManager *const q;
-    ZNTDelegateRef<ZNTInterstitialDelegate> delegate;
-    QString mediaId;
+    AdFlow<ZNTInterstitialDelegate> flow;
     QPointer<QQuickItem> showAdController;
     double autoCloseTime = 0;
     LoadedAd ad;
     std::unique_ptr<ZNTInterstitialAd> interstitialAd;
-    VisibilityWatch visibility;
-    bool isLoading = false;
+    VisibilityWatch visibility{[this](VisibilityWatch::End how) {
+        if (how == VisibilityWatch::End::Seen)
+            ad.reportExposure();
+    }};
 };
 
 ZNTInterstitialManager::ZNTInterstitialManager(QObject *parent)
     : QObject(parent)
     , d(std::make_unique<Private>(this))
 {
-    connect(&d->visibility, &VisibilityWatch::seen, this, [this] { d->ad.reportExposure(); });
     logInfo("Initialized ZNTInterstitialManager with default values");
 }
 
@@ -65,71 +66,41 @@ ZNTInterstitialManager::~ZNTInterstitialManager()
 
 void ZNTInterstitialManager::loadAdData()
 {
-    if (d->isLoading) {
+    if (isLoading()) {
         logWarning("Ad data is already loading, ignoring request");
         return;
     }
-    d->isLoading = true;
     logInfo("Starting to load interstitial ad data");
-    prepareLooks(QStringLiteral("InterstitialOverlay"));
-    const QPointer<ZNTInterstitialManager> self(this);
-    ZNTAdsManager::sharedInstance()->requestAdWithPositionId(
-        d->mediaId, 0.0,
-        [self](const QJsonObject &response) {
-            if (self)
-                self->d->loaded(response);
-        },
-        [self](const ZNTError &error) {
-            if (!self)
-                return;
-            self->d->isLoading = false;
-            logError("Failed to load interstitial ad data: %1", error.localizedDescription());
-            self->d->fail(error);
-        });
-}
-
-void ZNTInterstitialManager::Private::loaded(const QJsonObject &response)
-{
-    isLoading = false;
-    if (!q->handleAdResponse(response)) {
-        logError("Failed to parse interstitial ad data");
-        fail(interstitialError(-1002, QStringLiteral("广告数据解析失败")));
-        return;
-    }
-    logInfo("Successfully loaded interstitial ad data");
-    QMetaObject::invokeMethod(
-        q, [this] { notify(q, delegate, &ZNTInterstitialDelegate::interstitialAdDidLoad); },
-        Qt::QueuedConnection);
+    prepareQmlPart(QStringLiteral("InterstitialOverlay"));
+    d->flow.request(
+        readFirstAd, [this](const Ad &loaded) { return d->take(loaded); },
+        [this] { d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidLoad); });
 }
 
 bool ZNTInterstitialManager::handleAdResponse(const QJsonValue &response)
 {
-    return d->ad.take(response);
+    const auto ad = readFirstAd(response);
+    return ad && d->take(*ad);
 }
 
-void ZNTInterstitialManager::Private::fail(const ZNTError &error)
+qsizetype ZNTInterstitialManager::Private::take(const Ad &taken)
 {
-    logError("Interstitial ad error: %1", error.localizedDescription());
-    QMetaObject::invokeMethod(
-        q,
-        [this, error] {
-            notify(q, delegate, &ZNTInterstitialDelegate::interstitialAdDidFailed, error);
-        },
-        Qt::QueuedConnection);
+    ad.take(taken);
+    return 1;
 }
 
 // Showing
 
 void ZNTInterstitialManager::showInterstitialAd()
 {
-    if (!d->ad.data() || !d->showAdController) {
+    if (!d->ad.ad() || !d->showAdController) {
         logError("Cannot show interstitial ad: missing ad data or view controller");
-        d->fail(interstitialError(-1003, QStringLiteral("没有可用的广告数据或未设置展示控制器")));
+        d->flow.fail(-1003, QStringLiteral("没有可用的广告数据或未设置展示控制器"));
         return;
     }
     logInfo("Creating and showing interstitial ad");
     d->visibility.stop();
-    d->interstitialAd = std::make_unique<ZNTInterstitialAd>(d->mediaId);
+    d->interstitialAd = std::make_unique<ZNTInterstitialAd>(mediaId());
     d->interstitialAd->setDelegate(this);
     d->interstitialAd->setupWithAdData(d->ad.data());
     d->interstitialAd->showFromViewController(d->showAdController);
@@ -153,7 +124,7 @@ void ZNTInterstitialManager::Private::autoCloseLater()
 void ZNTInterstitialManager::interstitialAdDidVisible()
 {
     logInfo("Interstitial ad became visible");
-    if (notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidVisible))
+    if (d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidVisible))
         d->visibility.start([this] { return d->viewToWatch(); });
 }
 
@@ -167,14 +138,12 @@ QQuickItem *ZNTInterstitialManager::Private::viewToWatch() const
 void ZNTInterstitialManager::interstitialAdDidClick()
 {
     logInfo("Interstitial ad was clicked");
-    if (!notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidClick))
+    if (!d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidClick))
         return;
-    openClickTarget(d->ad.clickTarget(), [self = QPointer<ZNTInterstitialManager>(this)] {
-        if (self)
-            notify(self, self->d->delegate,
-                &ZNTInterstitialDelegate::interstitialAdDidCloseOtherController);
-    });
-    d->ad.reportClick("All click reports completed");
+    d->flow.open(
+        d->ad.clickTarget(), &ZNTInterstitialDelegate::interstitialAdDidCloseOtherController);
+    reportClick(
+        d->ad.tracking(), {.namesUrl = false, .closesClicks = true, .closesDpEvents = false});
 }
 
 // Close
@@ -183,8 +152,8 @@ void ZNTInterstitialManager::interstitialAdDidAutoClose(bool autoClose)
 {
     logInfo("Interstitial ad %1", QLatin1String(autoClose ? "auto-closed" : "closed manually"));
     d->visibility.stop();
-    d->ad.reportClose(QStringLiteral("ad_id"));
-    notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidAutoClose, autoClose);
+    d->ad.reportClose(&Ad::feedbackId);
+    d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidAutoClose, autoClose);
 }
 
 // Passed on
@@ -192,30 +161,30 @@ void ZNTInterstitialManager::interstitialAdDidAutoClose(bool autoClose)
 void ZNTInterstitialManager::interstitialAdDidLoad()
 {
     logInfo("Interstitial ad loaded successfully");
-    notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidLoad);
+    d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidLoad);
 }
 
 void ZNTInterstitialManager::interstitialAdDidCloseOtherController()
 {
     logInfo("Interstitial ad closed other controller");
-    notify(this, d->delegate, &ZNTInterstitialDelegate::interstitialAdDidCloseOtherController);
+    d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidCloseOtherController);
 }
 
 // Properties
 
 void ZNTInterstitialManager::setDelegate(const ZNTDelegateRef<ZNTInterstitialDelegate> &delegate)
 {
-    d->delegate = delegate;
+    d->flow.delegate = delegate;
 }
 
 QString ZNTInterstitialManager::mediaId() const
 {
-    return d->mediaId;
+    return d->flow.mediaId();
 }
 
 void ZNTInterstitialManager::setMediaId(const QString &mediaId)
 {
-    d->mediaId = mediaId;
+    d->flow.setMediaId(mediaId);
 }
 
 QQuickItem *ZNTInterstitialManager::showAdController() const
@@ -240,7 +209,7 @@ void ZNTInterstitialManager::setAutoCloseTime(double seconds)
 
 bool ZNTInterstitialManager::isLoading() const
 {
-    return d->isLoading;
+    return d->flow.isLoading();
 }
 
 bool ZNTInterstitialManager::hasReportedExposure() const

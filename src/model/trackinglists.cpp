@@ -2,22 +2,12 @@
 
 #include "diagnostics/log.h"
 
-#include <cstring>
-
 namespace znt {
 
 namespace {
 
 constexpr TrackingTexts viewTexts{"Processed %1 view URLs", "Converted single view URL to array"};
 constexpr TrackingTexts clickTexts{"Processed click URLs", "Converted single click URL to array"};
-
-void logList(const TrackingTexts &texts, const QJsonArray &list)
-{
-    if (std::strstr(texts.list, "%1"))
-        logInfo(texts.list, list.size());
-    else
-        logInfo(texts.list);
-}
 
 template <class List>
 void readList(List &list, const QJsonValue &value, const TrackingTexts &texts)
@@ -27,7 +17,7 @@ void readList(List &list, const QJsonValue &value, const TrackingTexts &texts)
         logInfo(texts.single);
     } else if (value.isArray()) {
         list = value.toArray();
-        logList(texts, value.toArray());
+        logCount(texts.list, value.toArray().size());
     }
 }
 
@@ -44,21 +34,18 @@ void readClickByView(QJsonValue &list, const QJsonValue &click, const QJsonValue
 
 } // namespace
 
-void readTrackingLists(TrackingLists &lists, const QJsonObject &ad, ClickForm clickForm,
-    const TrackingTexts &dpEventTexts)
+void readTrackingLists(TrackingLists &lists, const std::optional<TrackInfo> &info,
+    ClickForm clickForm, const TrackingTexts &dpEventTexts)
 {
-    const QJsonValue trackInfo = ad[u"trackInfo"];
-    if (!trackInfo.isObject())
+    if (!info)
         return;
     logInfo("Processing tracking information");
-    const QJsonValue view = trackInfo[u"viewUrl3rd"];
-    const QJsonValue click = trackInfo[u"clickUrl3rd"];
-    readList(lists.view, view, viewTexts);
+    readList(lists.view, info->view, viewTexts);
     if (clickForm == ClickForm::OfView)
-        readClickByView(lists.click, click, view);
+        readClickByView(lists.click, info->click, info->view);
     else
-        readList(lists.click, click, clickTexts);
-    readList(lists.dpEvent, trackInfo[u"dpEventUrls"], dpEventTexts);
+        readList(lists.click, info->click, clickTexts);
+    readList(lists.dpEvent, info->dpEvent, dpEventTexts);
 }
 
 } // namespace znt

@@ -1,10 +1,7 @@
 // The three tracking lists of an ad, as an ad manager reads them: each a list or one string.
 #pragma once
 
-#include <ZNTAds/ZNTAdsGlobal.h>
-
-#include <QJsonArray>
-#include <QJsonObject>
+#include "model/ad.h"
 
 namespace znt {
 
@@ -30,9 +27,8 @@ struct TrackingTexts
     const char *single;
 };
 
-// Reads "trackInfo" of the ad into the lists. What is missing or of a wrong type leaves its list as
-// it was.
-ZNTADS_INTERNAL void readTrackingLists(TrackingLists &lists, const QJsonObject &ad,
+// Reads the values into the lists. What is missing or of a wrong type leaves its list as it was.
+ZNTADS_INTERNAL void readTrackingLists(TrackingLists &lists, const std::optional<TrackInfo> &info,
     ClickForm clickForm, const TrackingTexts &dpEventTexts);
 
 } // namespace znt

@@ -1,30 +1,45 @@
 import QtQuick
 import ZNTAds
 
-// What all splash creatives look like. A creative's own subviews become children of containerView,
-// above the common ones.
+// What all splash creatives share. A creative's own subviews become children of containerView, above
+// the common ones.
 Item {
     id: root
 
     required property ZNTSplashAdView view
     required property SplashContent content
+    required property QmlPart part
+    readonly property alias skipButton: skipButton
+    // A control of the creative's own, if there is one, that Tab reaches before the skip button.
+    property Item control: skipButton
     // Whether anything of it can be on screen: animations run only then.
     readonly property bool isSeen: visible && Window.visibility !== Window.Hidden
         && Window.visibility !== Window.Minimized
     default property alias subviews: containerView.data
+    readonly property bool picturesDrawn: adImageView.ready && mainAdImageView.ready
+
+    onPicturesDrawnChanged: content.picturesDrawn = picturesDrawn
+    Component.onCompleted: content.picturesDrawn = picturesDrawn
+    // A key that was meant for the host's own is no click.
+    focus: true
+    KeyNavigation.tab: ground
+    KeyNavigation.backtab: skipButton
+    Accessible.role: Accessible.Dialog
+    Accessible.name: "广告"
 
     InputBlocker {
         id: ground
         anchors.fill: parent
         activeFocusOnTab: true
-        onTapped: root.content.tapped()
-        onPanned: (translation, velocity) => root.content.panned(translation, velocity)
+        KeyNavigation.tab: root.control
+        onTapped: root.part.tap()
+        onPanned: (translation, velocity) => root.part.pan(translation, velocity)
 
         Accessible.role: Accessible.Link
         Accessible.name: viewDetailsLabel.text
         Accessible.description: adContentLabel.text
         Accessible.focusable: true
-        Accessible.onPressAction: root.content.tapped()
+        Accessible.onPressAction: root.part.tap()
     }
 
     View {
@@ -36,7 +51,15 @@ Item {
             objectName: "blurBackgroundView"
             anchors.fill: parent
 
+            // The copy's edges are soft, and the host's own page must not be seen through them.
+            Rectangle {
+                anchors.fill: parent
+                visible: root.content.hasPicture && !root.content.isVideo
+                color: root.content.groundColor
+            }
+
             ImageView {
+                id: adImageView
                 objectName: "adImageView"
                 anchors.fill: parent
                 clip: true
@@ -72,7 +95,7 @@ Item {
             bold: true
             fontSize: 20
             textColor: "#000000"
-            text: root.content.adContent
+            text: root.content.text
         }
 
         Label {
@@ -105,6 +128,7 @@ Item {
     }
 
     Button {
+        id: skipButton
         objectName: "skipButton"
         x: root.width - 30 - 15
         y: root.view.safeTop + 15
@@ -115,8 +139,9 @@ Item {
         fontSize: 14
         textColor: "#FFFFFF"
         text: root.content.skipTitle
-        onClicked: root.content.skipped()
+        onClicked: root.part.close()
 
+        KeyNavigation.tab: ground
         Accessible.name: "跳过"
     }
 

@@ -3,6 +3,7 @@ import ZNTAds
 
 SplashCreative {
     id: root
+    control: actionButton
 
     Label {
         objectName: "actionTipLabel"
@@ -20,12 +21,14 @@ SplashCreative {
     }
 
     Button {
+        id: actionButton
         objectName: "actionButton"
         y: root.height - 100
         width: root.width
         height: 100
-        onClicked: root.content.tapped()
+        onClicked: root.part.tap()
 
+        KeyNavigation.tab: root.skipButton
         Accessible.name: "点击跳转详情页或第三方应用"
     }
 }

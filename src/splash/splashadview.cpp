@@ -1,51 +1,44 @@
 #include <ZNTAds/ZNTSplashAdView.h>
 
 #include "splash/splashcontent.h"
-#include "ui/focusloan.h"
+#include "ui/covering.h"
 #include "ui/qmlpart.h"
-#include "ui/safearea.h"
 
-#include <QQuickWindow>
-
-using znt::SafeArea;
-using znt::SplashContent;
+using namespace znt;
 
 struct ZNTSplashAdView::Private
 {
-    SplashContent content{nullptr};
+    explicit Private(ZNTSplashAdView *view)
+        : covering(view)
+    {
+    }
+
     ZNTDelegateRef<ZNTSplashDelegate> delegate;
-    znt::FocusLoan focus;
-    QMarginsF safeInsets;
-    QQuickItem *looks = nullptr;
+    SplashContent content;
+    Covering covering;
+    QPointer<QQuickItem> skipButton;
+    std::unique_ptr<QmlPart> part;
 };
 
-ZNTSplashAdView::ZNTSplashAdView(const QString &looks, QQuickItem *parent)
+ZNTSplashAdView::ZNTSplashAdView(const QString &part, QQuickItem *parent)
     : QQuickItem(parent)
-    , d(std::make_unique<Private>())
+    , d(std::make_unique<Private>(this))
 {
     setVisible(false);
     setFlag(ItemIsFocusScope);
-    connect(&d->content, &SplashContent::readyChanged, this, &ZNTSplashAdView::followContent);
-    // Queued: whoever hears of it may destroy the creative, and must not do so inside an event that
-    // one of its children is handling.
-    connect(&d->content, &SplashContent::tapped, this, &ZNTSplashAdView::handleTap,
-        Qt::QueuedConnection);
-    connect(&d->content, &SplashContent::panned, this, &ZNTSplashAdView::handlePanGesture,
-        Qt::QueuedConnection);
-    connect(&d->content, &SplashContent::skipped, this, &ZNTSplashAdView::skipClicked,
-        Qt::QueuedConnection);
-    connect(&d->content, &SplashContent::changed, this, &ZNTSplashAdView::contentChanged,
-        Qt::QueuedConnection);
-    connect(SafeArea::instance(), &SafeArea::changed, this, &ZNTSplashAdView::updateSafeInsets);
-    d->looks = znt::createLooks(
-        this, looks, {{QStringLiteral("content"), QVariant::fromValue(&d->content)}});
+    d->part = std::make_unique<QmlPart>(
+        this, part, QVariantMap{{QStringLiteral("content"), QVariant::fromValue(&d->content)}});
+    d->skipButton = d->part->subview("skipButton");
+    connect(&d->content, &SplashContent::readyChanged, this, &ZNTSplashAdView::updateHidden);
+    connect(&d->content, &SplashContent::modeChanged, this, &ZNTSplashAdView::contentChanged);
+    connect(&d->covering, &Covering::safeInsetsChanged, this, &ZNTSplashAdView::safeInsetsChanged);
+    connect(&d->covering, &Covering::closeKeyPressed, d->part.get(), &QmlPart::close);
+    connect(d->part.get(), &QmlPart::tapped, this, &ZNTSplashAdView::handleTap);
+    connect(d->part.get(), &QmlPart::panned, this, &ZNTSplashAdView::handlePanGesture);
+    connect(d->part.get(), &QmlPart::closeRequested, this, &ZNTSplashAdView::skipClicked);
 }
 
-ZNTSplashAdView::~ZNTSplashAdView()
-{
-    d->focus.giveBack();
-    delete d->looks; // while what they read is still there
-}
+ZNTSplashAdView::~ZNTSplashAdView() = default;
 
 bool ZNTSplashAdView::isHidden() const
 {
@@ -59,12 +52,12 @@ bool ZNTSplashAdView::isVideoAd() const
 
 qreal ZNTSplashAdView::safeTop() const
 {
-    return d->safeInsets.top();
+    return d->covering.safeInsets().top();
 }
 
 qreal ZNTSplashAdView::safeBottom() const
 {
-    return d->safeInsets.bottom();
+    return d->covering.safeInsets().bottom();
 }
 
 void ZNTSplashAdView::setDelegate(const ZNTDelegateRef<ZNTSplashDelegate> &delegate)
@@ -92,7 +85,7 @@ void ZNTSplashAdView::updateSkipButtonWithTime(qint64 seconds)
 
 QQuickItem *ZNTSplashAdView::skipButton() const
 {
-    return d->looks ? d->looks->findChild<QQuickItem *>(QStringLiteral("skipButton")) : nullptr;
+    return d->skipButton;
 }
 
 void ZNTSplashAdView::handleAdClick()
@@ -112,54 +105,9 @@ void ZNTSplashAdView::handlePanGesture(const QPointF &translation, const QPointF
     Q_UNUSED(velocity)
 }
 
-void ZNTSplashAdView::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
-{
-    QQuickItem::geometryChange(newGeometry, oldGeometry);
-    updateSafeInsets();
-}
-
-void ZNTSplashAdView::itemChange(ItemChange change, const ItemChangeData &data)
-{
-    QQuickItem::itemChange(change, data);
-    if (change == ItemSceneChange)
-        data.window ? enter(data.window) : d->focus.giveBack();
-    if (change == ItemParentHasChanged)
-        updateSafeInsets();
-}
-
-void ZNTSplashAdView::enter(QQuickWindow *window)
-{
-    for (const auto sizeChanged : {&QQuickWindow::widthChanged, &QQuickWindow::heightChanged})
-        connect(
-            window, sizeChanged, this, &ZNTSplashAdView::updateSafeInsets, Qt::UniqueConnection);
-    updateSafeInsets();
-    // Queued: Qt is in the middle of a move, at whose end it settles the focus itself.
-    QMetaObject::invokeMethod(this, &ZNTSplashAdView::takeFocus, Qt::QueuedConnection);
-}
-
-void ZNTSplashAdView::keyPressEvent(QKeyEvent *event)
-{
-    event->setAccepted(event->key() == Qt::Key_Escape);
-    if (event->isAccepted())
-        Q_EMIT d->content.skipped();
-}
-
-void ZNTSplashAdView::followContent()
+void ZNTSplashAdView::updateHidden()
 {
     setVisible(!isHidden());
-    isHidden() ? d->focus.giveBack() : takeFocus();
+    d->covering.setActive(!isHidden());
     Q_EMIT hiddenChanged();
-}
-
-void ZNTSplashAdView::takeFocus()
-{
-    if (!isHidden())
-        d->focus.lend(this);
-}
-
-void ZNTSplashAdView::updateSafeInsets()
-{
-    const QMarginsF insets = znt::safeInsetsOf(this);
-    if (std::exchange(d->safeInsets, insets) != insets)
-        Q_EMIT safeInsetsChanged();
 }

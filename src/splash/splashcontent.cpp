@@ -6,40 +6,58 @@
 
 namespace znt {
 
-SplashContent::SplashContent(QObject *parent)
-    : QObject(parent)
+namespace {
+
+// The mean of the blurred copy, without its alpha: opaque, as the soft edges are to lie on it.
+QColor meanColor(const QImage &blurredPicture)
 {
+    const QImage mean =
+        blurredPicture.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QColor color = mean.pixelColor(0, 0);
+    color.setAlpha(255);
+    return color;
 }
+
+} // namespace
+
+SplashContent::SplashContent() = default;
 
 SplashContent::~SplashContent() = default;
 
 void SplashContent::showPicture(
-    const QString &url, const QString &adContent, const QString &source, const QString &sourceLogo)
+    const QString &url, const QString &text, const QString &source, const QString &sourceLogo)
 {
     startOver(false);
-    setSource(source, sourceLogo);
-    Q_EMIT changed();
-    const auto show = [this, adContent](const QImage &picture, const QImage &blurredPicture) {
-        m_picture = picture;
+    setSource(source);
+    fetchLogo(!sourceLogo.isEmpty(), sourceLogo);
+    const auto show = [this, text](const QImage &picture, const QImage &blurredPicture) {
         m_blurredPicture = blurredPicture;
-        m_adContent = adContent;
-        Q_EMIT changed();
-        setReady(true);
+        m_groundColor = meanColor(blurredPicture);
+        setPicture(picture);
+        setText(text);
+        m_hasArrived = true;
+        setReady(m_picturesDrawn);
     };
-    fetchImageAndCopy(url, m_setup.get(), blurred, show);
+    fetchImageAndCopy(url, setup(), blurred, show);
 }
 
 void SplashContent::showVideo(const QString &url)
 {
     startOver(true);
-    Q_EMIT changed();
-    Q_EMIT videoFrameChanged();
     m_video = std::make_unique<VideoPlayer>(url);
     connect(m_video.get(), &VideoPlayer::frame, this, [this](const QImage &frame) {
         m_videoFrame = frame;
         Q_EMIT videoFrameChanged();
         setReady(true);
     });
+}
+
+// Later changes, of the size for example, do not hide what is shown.
+void SplashContent::setPicturesDrawn(bool drawn)
+{
+    m_picturesDrawn = drawn;
+    if (drawn && m_hasArrived)
+        setReady(true);
 }
 
 void SplashContent::setSkipTitle(const QString &title)
@@ -52,11 +70,14 @@ void SplashContent::setSkipTitle(const QString &title)
 
 void SplashContent::startOver(bool isVideo)
 {
-    m_setup = std::make_unique<QObject>();
+    AdContent::startOver();
     m_video.reset();
     m_videoFrame = {};
     m_isVideo = isVideo;
+    m_hasArrived = false;
     setReady(false);
+    Q_EMIT modeChanged();
+    Q_EMIT videoFrameChanged();
 }
 
 void SplashContent::setReady(bool ready)
@@ -65,20 +86,6 @@ void SplashContent::setReady(bool ready)
         return;
     m_isReady = ready;
     Q_EMIT readyChanged();
-}
-
-// A logo that cannot be had leaves its place empty; the label does not come back.
-void SplashContent::setSource(const QString &source, const QString &logoUrl)
-{
-    m_source = source.isEmpty() ? QStringLiteral("广告") : source;
-    m_logo = {};
-    m_hasLogo = !logoUrl.isEmpty();
-    if (!m_hasLogo)
-        return;
-    fetchImage(logoUrl, m_setup.get(), [this](const QImage &logo) {
-        m_logo = logo;
-        Q_EMIT changed();
-    });
 }
 
 } // namespace znt

@@ -1,20 +1,14 @@
 #include <ZNTAds/ZNTSplashManager.h>
 
+#include "ads/adflow.h"
 #include "ads/loadedad.h"
-#include "ads/notify.h"
+#include "ads/tracking.h"
 #include "ads/visibilitywatch.h"
-#include "diagnostics/log.h"
-#include "model/adanswer.h"
 #include "splash/splashscene.h"
+#include "splash/styles.h"
 #include "support/countdown.h"
-#include "support/json.h"
 #include "ui/qmlpart.h"
 #include "ui/visibleshare.h"
-
-#include <ZNTAds/ZNTAdsManager.h>
-#include <ZNTAds/ZNTShakeAdView.h>
-#include <ZNTAds/ZNTSlideAdView.h>
-#include <ZNTAds/ZNTSplashImageAdView.h>
 
 using namespace znt;
 
@@ -24,17 +18,12 @@ constexpr qint64 shownSeconds = 5;
 // Beside the configured ratio, an exposure needs this much of the ad in its window.
 constexpr double reportableShare = 70;
 
-ZNTError splashError(int code, const QString &description)
-{
-    return {QStringLiteral("ZNTSplashManager"), code, description};
-}
-
-QString looksOf(qint64 style)
-{
-    if (style == 2)
-        return QStringLiteral("SlideAdView");
-    return style == 1 ? QStringLiteral("ShakeAdView") : QStringLiteral("SplashImageAdView");
-}
+constexpr AdFormat format{
+    .name = "splash",
+    .title = "Splash",
+    .domain = "ZNTSplashManager",
+    .loaded = "Successfully loaded splash ad data",
+};
 
 } // namespace
 
@@ -43,14 +32,14 @@ class ZNTSplashManager::Private
 public:
     explicit Private(ZNTSplashManager *manager)
         : q(manager)
+        , flow(
+              manager, format, &ZNTSplashDelegate::splashAdDidFailed, [this] { visibility.stop(); })
     {
     }
 
     void load();
-    void loaded(const QJsonObject &response);
-    void fail(const ZNTError &error);
-
-    ZNTSplashAdView *createView(const QJsonObject &shown) const;
+    qsizetype take(const Ad &taken);
+    ZNTSplashAdView *createView(const Ad &shown) const;
 
     QQuickItem *viewToWatch() const { return ad.hasReportedExposure() ? nullptr : scene.view(); }
     void reportExposure();
@@ -61,14 +50,16 @@ public:
     void closed();
 
     ZNTSplashManager *const q;
-    ZNTDelegateRef<ZNTSplashDelegate> delegate;
-    QString mediaId;
+    AdFlow<ZNTSplashDelegate> flow;
     qint64 adStyle = 0;
     bool portrait = false;
     QPointer<QQuickItem> showAdController;
     LoadedAd ad;
     SplashScene scene;
-    VisibilityWatch visibility;
+    VisibilityWatch visibility{[this](VisibilityWatch::End how) {
+        if (how == VisibilityWatch::End::Seen)
+            reportExposure();
+    }};
     Countdown countdown;
 };
 
@@ -76,7 +67,6 @@ ZNTSplashManager::ZNTSplashManager(QObject *parent)
     : QObject(parent)
     , d(std::make_unique<Private>(this))
 {
-    connect(&d->visibility, &VisibilityWatch::seen, this, [this] { d->reportExposure(); });
     connect(&d->countdown, &Countdown::ticked, this,
         [this](qint64 remaining) { d->countdownTick(remaining); });
     connect(&d->scene, &SplashScene::skipped, this, [this] { d->skipButtonClicked(); });
@@ -100,75 +90,46 @@ void ZNTSplashManager::loadAndShowSplashAdWithWindow(QQuickWindow *window)
 
 void ZNTSplashManager::Private::load()
 {
-    if (mediaId.isNull()) {
-        logError("Cannot load ad data: mediaId is empty");
-        fail(splashError(-1001, QStringLiteral("mediaId不能为空")));
+    if (!flow.requireMediaId())
         return;
-    }
-    logInfo("Starting to request splash ad data with mediaId: %1", mediaId);
-    prepareLooks(looksOf(adStyle));
-    const QPointer<ZNTSplashManager> self(q);
-    ZNTAdsManager::sharedInstance()->requestAdWithPositionId(
-        mediaId, 0.0,
-        [self](const QJsonObject &response) {
-            if (self)
-                self->d->loaded(response);
-        },
-        [self](const ZNTError &error) {
-            if (!self)
-                return;
-            logError("Failed to load splash ad data: %1", error.localizedDescription());
-            self->d->fail(error);
-        });
-}
-
-void ZNTSplashManager::Private::loaded(const QJsonObject &response)
-{
-    if (!q->handleAdResponse(response)) {
-        logError("Failed to parse splash ad data");
-        fail(splashError(-1002, QStringLiteral("广告数据解析失败")));
-        return;
-    }
-    logInfo("Successfully loaded splash ad data");
-    QMetaObject::invokeMethod(
-        q, [this] { notify(q, delegate, &ZNTSplashDelegate::splashAdDidLoad); },
-        Qt::QueuedConnection);
+    logInfo("Starting to request splash ad data with mediaId: %1", flow.mediaId());
+    prepareQmlPart(qmlPartOf(splashStyle(adStyle)));
+    flow.request(
+        readFirstAd, [this](const Ad &loaded) { return take(loaded); },
+        [this] { flow.notify(&ZNTSplashDelegate::splashAdDidLoad); });
 }
 
 bool ZNTSplashManager::handleAdResponse(const QJsonValue &response)
 {
-    return d->ad.take(response);
+    const auto ad = readFirstAd(response);
+    return ad && d->take(*ad);
 }
 
-void ZNTSplashManager::Private::fail(const ZNTError &error)
+qsizetype ZNTSplashManager::Private::take(const Ad &taken)
 {
-    logError("Splash ad error: %1", error.localizedDescription());
-    visibility.stop();
-    QMetaObject::invokeMethod(
-        q, [this, error] { notify(q, delegate, &ZNTSplashDelegate::splashAdDidFailed, error); },
-        Qt::QueuedConnection);
+    ad.take(taken);
+    return 1;
 }
 
 // Showing
 
 void ZNTSplashManager::showSplashAdWithWindow(QQuickWindow *window)
 {
-    const std::optional<QJsonObject> ad = d->ad.data();
-    if (!ad) {
+    if (!d->ad.ad()) {
         logError("Cannot show splash ad: no ad data available");
-        d->fail(splashError(-1003, QStringLiteral("没有可用的广告数据")));
+        d->flow.fail(-1003, QStringLiteral("没有可用的广告数据"));
         return;
     }
     logInfo("Starting to show splash ad");
-    if (ad->value(u"images").toArray().isEmpty()) {
+    if (d->ad.ad()->imageUrls.isEmpty()) {
         logError("Cannot show splash ad: no image data available");
-        d->fail(splashError(-1004, QStringLiteral("广告图片数据为空")));
+        d->flow.fail(-1004, QStringLiteral("广告图片数据为空"));
         return;
     }
     d->visibility.stop();
     d->countdown.stop();
-    d->scene.show(d->createView(*ad), window);
-    if (!notify(this, d->delegate, &ZNTSplashDelegate::splashAdDidVisible) || !d->scene.isShown()
+    d->scene.show(d->createView(*d->ad.ad()), window);
+    if (!d->flow.notify(&ZNTSplashDelegate::splashAdDidVisible) || !d->scene.isShown()
         || d->scene.isFading())
         return;
     d->visibility.start([this] { return d->viewToWatch(); });
@@ -177,31 +138,23 @@ void ZNTSplashManager::showSplashAdWithWindow(QQuickWindow *window)
     logInfo("Started countdown timer");
 }
 
-ZNTSplashAdView *ZNTSplashManager::Private::createView(const QJsonObject &shown) const
+ZNTSplashAdView *ZNTSplashManager::Private::createView(const Ad &shown) const
 {
     logInfo("Creating splash ad view with style: %1", adStyle);
     QString tip = randomText(shown, {QStringLiteral("TXT")});
     if (tip.isNull())
         tip = QStringLiteral("点击查看详情");
-    const QJsonObject image = shown.value(u"images").toArray().first().toObject();
-    const QString source = json::string(shown.value(u"sourceName"));
-    const QString sourceLogo = json::string(shown.value(u"sourceLogo"));
-    logInfo("source: %1, sourceLogo: %2", source, sourceLogo);
-
-    ZNTSplashAdView *view = nullptr;
-    if (adStyle == 2) {
-        logInfo("Creating slide ad view");
-        view = new ZNTSlideAdView;
-    } else if (adStyle == 1) {
-        logInfo("Creating shake ad view");
-        view = new ZNTShakeAdView;
-    } else {
-        logInfo("Creating image ad view");
-        view = new ZNTSplashImageAdView;
-    }
+    logInfo("source: %1, sourceLogo: %2", shown.source, shown.sourceLogo);
+    logInfo("Creating %1 ad view", splashStyle(adStyle).name);
+    ZNTSplashAdView *view = createAdViewWithStyle(adStyle);
     view->setDelegate(q);
-    view->setupWithImageUrl(json::string(image.value(u"url")), tip, source, sourceLogo);
+    view->setupWithImageUrl(shown.imageUrls.first(), tip, shown.source, shown.sourceLogo);
     return view;
+}
+
+ZNTSplashAdView *ZNTSplashManager::createAdViewWithStyle(qint64 style)
+{
+    return splashStyle(style).create();
 }
 
 // Exposure
@@ -211,7 +164,7 @@ void ZNTSplashManager::Private::reportExposure()
     if (!viewToWatch() || shareInWindow(scene.view()).value_or(0) < reportableShare)
         return;
     ad.reportExposure();
-    notify(q, delegate, &ZNTSplashDelegate::splashAdDidRender);
+    flow.notify(&ZNTSplashDelegate::splashAdDidRender);
 }
 
 // Click
@@ -220,13 +173,11 @@ void ZNTSplashManager::handleAdClick()
 {
     logInfo("Splash ad clicked");
     const ClickTarget target = d->ad.clickTarget();
-    if (!notify(this, d->delegate, &ZNTSplashDelegate::handleAdClick))
+    if (!d->flow.notify(&ZNTSplashDelegate::handleAdClick))
         return;
-    d->ad.reportClick();
-    openClickTarget(target, [self = QPointer<ZNTSplashManager>(this)] {
-        if (self)
-            notify(self, self->d->delegate, &ZNTSplashDelegate::splashAdDidCloseOtherController);
-    });
+    reportClick(
+        d->ad.tracking(), {.namesUrl = false, .closesClicks = false, .closesDpEvents = false});
+    d->flow.open(target, &ZNTSplashDelegate::splashAdDidCloseOtherController);
 }
 
 // Countdown, skip and close
@@ -249,7 +200,7 @@ void ZNTSplashManager::Private::skipButtonClicked()
 {
     logInfo("Skip button clicked");
     visibility.stop();
-    ad.reportClose(QStringLiteral("adId"));
+    ad.reportClose(&Ad::id);
     q->closeSplashAd();
 }
 
@@ -268,7 +219,7 @@ void ZNTSplashManager::closeSplashAd()
 void ZNTSplashManager::Private::closed()
 {
     ad.forget();
-    if (notify(q, delegate, &ZNTSplashDelegate::splashAdDidShowFinish))
+    if (flow.notify(&ZNTSplashDelegate::splashAdDidShowFinish))
         logInfo("Splash ad closed and cleaned up completely");
 }
 
@@ -276,17 +227,17 @@ void ZNTSplashManager::Private::closed()
 
 void ZNTSplashManager::setDelegate(const ZNTDelegateRef<ZNTSplashDelegate> &delegate)
 {
-    d->delegate = delegate;
+    d->flow.delegate = delegate;
 }
 
 QString ZNTSplashManager::mediaId() const
 {
-    return d->mediaId;
+    return d->flow.mediaId();
 }
 
 void ZNTSplashManager::setMediaId(const QString &mediaId)
 {
-    d->mediaId = mediaId;
+    d->flow.setMediaId(mediaId);
 }
 
 qint64 ZNTSplashManager::adStyle() const

@@ -1,5 +1,7 @@
 #include "splash/splashscene.h"
 
+#include "ui/covering.h"
+
 #include <QQuickWindow>
 
 namespace znt {
@@ -7,34 +9,6 @@ namespace znt {
 namespace {
 
 constexpr int fadeMilliseconds = 300;
-
-void raise(QQuickItem *item)
-{
-    for (const QQuickItem *sibling : item->parentItem()->childItems())
-        item->setZ(qMax(item->z(), sibling->z()));
-}
-
-// The ad fills the window but for the bottom view's strip.
-void layOut(const QQuickItem *content, QQuickItem *view, QQuickItem *bottomView)
-{
-    const double strip = bottomView ? bottomView->height() : 0;
-    view->setSize({content->width(), content->height() - strip});
-    if (bottomView) {
-        bottomView->setPosition({0, view->height()});
-        bottomView->setWidth(content->width());
-    }
-}
-
-// Outlives the scene, as the creative may.
-void followSize(const QQuickItem *content, QQuickItem *view, QQuickItem *bottomView)
-{
-    const auto follow = [content, view, bottom = QPointer(bottomView)] {
-        layOut(content, view, bottom);
-    };
-    QObject::connect(content, &QQuickItem::widthChanged, view, follow);
-    QObject::connect(content, &QQuickItem::heightChanged, view, follow);
-    follow();
-}
 
 } // namespace
 
@@ -70,16 +44,8 @@ void SplashScene::show(ZNTSplashAdView *view, QQuickWindow *window)
     connect(view, &ZNTSplashAdView::skipClicked, this, &SplashScene::skipped);
     if (!window)
         return;
-    QQuickItem *content = window->contentItem();
     m_shownBottomView = m_bottomView;
-    followSize(content, view, m_shownBottomView);
-    view->setParent(content);
-    view->setParentItem(content);
-    raise(view);
-    if (m_shownBottomView) {
-        m_shownBottomView->setParentItem(content);
-        raise(m_shownBottomView);
-    }
+    layOver(view, window->contentItem(), m_shownBottomView);
 }
 
 void SplashScene::fadeOut()
@@ -99,7 +65,7 @@ void SplashScene::setOpacity(double opacity)
         m_shownBottomView->setOpacity(opacity * m_bottomOpacity);
 }
 
-// It still covers what lies beneath, but what a person does with it counts no more.
+// It still covers what lies beneath, but what the user does with it counts no more.
 void SplashScene::detachView()
 {
     if (!m_view)

@@ -33,7 +33,7 @@ public:
     bool isShown() const { return m_isShown; }
     bool isFading() const { return m_fade.state() == QAbstractAnimation::Running; }
 
-    // Then closed(); what a person does with the creative meanwhile counts no more.
+    // Then closed(); what the user does with the creative meanwhile counts no more.
     void fadeOut();
 
 Q_SIGNALS:

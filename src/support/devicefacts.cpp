@@ -92,7 +92,7 @@ QString formFactor()
 
 QString advertisingId()
 {
-    // Qt has none; all zeros is what platforms give when a person does not share it.
+    // Qt has none; all zeros is what platforms give when the user does not share it.
     return canonical(QUuid());
 }
 

@@ -22,24 +22,29 @@ ZNTADS_INTERNAL void onMainThread(std::function<void()> call);
 ZNTADS_INTERNAL void inPool(std::function<void()> work);
 
 // Runs `work` in the pool, then `then` with its result on the main thread if the receiver still
-// lives. Both functions are destroyed on the main thread.
+// lives. `work` is destroyed in the pool, `then` on the main thread.
 template <class Work, class Then>
 void inPool(const QPointer<QObject> &receiver, Work work, Then then)
 {
-    struct Job
+    struct Return
     {
         QPointer<QObject> receiver;
-        Work work;
         Then then;
     };
-    auto job = std::make_shared<Job>(Job{receiver, std::move(work), std::move(then)});
-    inPool([job = std::move(job)]() mutable {
-        auto result = job->work();
-        onMainThread([job = std::move(job), result = std::move(result)] {
-            if (job->receiver)
-                job->then(result);
+    auto back = std::make_shared<Return>(Return{receiver, std::move(then)});
+    inPool([work = std::move(work), back = std::move(back)]() mutable {
+        onMainThread([back = std::move(back), result = work()] {
+            if (back->receiver)
+                back->then(result);
         });
     });
+}
+
+// Destroys the value in the pool: what a large answer holds takes milliseconds.
+template <class Value>
+void discardInPool(Value value)
+{
+    inPool([value = std::move(value)] {});
 }
 
 // The one T that lives as long as the application object: made at the first call, null without an

@@ -91,7 +91,7 @@ ImageFit ImageView::wanted() const
     return request;
 }
 
-// However much changes in one turn of the event loop, it is drawn once.
+// However much changes in one event-loop iteration, it is drawn once.
 void ImageView::changed()
 {
     if (!m_scheduled) {

@@ -17,11 +17,11 @@ namespace znt {
 
 namespace {
 
-void fill(QQuickItem *looks, const QQuickItem *view)
+void fill(QQuickItem *root, const QQuickItem *view)
 {
-    const auto follow = [looks, view] { looks->setSize(view->size()); };
-    QObject::connect(view, &QQuickItem::widthChanged, looks, follow);
-    QObject::connect(view, &QQuickItem::heightChanged, looks, follow);
+    const auto follow = [root, view] { root->setSize(view->size()); };
+    QObject::connect(view, &QQuickItem::widthChanged, root, follow);
+    QObject::connect(view, &QQuickItem::heightChanged, root, follow);
     follow();
 }
 
@@ -40,23 +40,22 @@ public:
         return known && !known->isLoading() ? known : load(name, QQmlComponent::PreferSynchronous);
     }
 
-    QQuickItem *create(const QString &name, QQuickItem *view, QVariantMap properties)
+    QQuickItem *create(const QString &name, QQuickItem *view, const QVariantMap &properties)
     {
         QQmlComponent *source = component(name);
-        std::unique_ptr<QObject> root(source->beginCreate(m_engine.rootContext()));
-        auto *looks = qobject_cast<QQuickItem *>(root.get());
-        if (!looks) {
+        std::unique_ptr<QObject> object(source->beginCreate(m_engine.rootContext()));
+        auto *root = qobject_cast<QQuickItem *>(object.get());
+        if (!root) {
             qWarning("%ls", qUtf16Printable(source->errorString()));
             return nullptr;
         }
-        looks->setParent(view);
-        looks->setParentItem(view);
-        fill(looks, view);
-        properties.insert(QStringLiteral("view"), QVariant::fromValue<QObject *>(view));
-        source->setInitialProperties(looks, properties);
+        root->setParent(view);
+        root->setParentItem(view);
+        fill(root, view);
+        source->setInitialProperties(root, properties);
         source->completeCreate();
-        root.release();
-        return looks;
+        object.release();
+        return root;
     }
 
 private:
@@ -72,7 +71,7 @@ private:
     QHash<QString, QQmlComponent *> m_components;
 };
 
-// What Qt reads at its first use in a process and the first looks would otherwise wait for.
+// What Qt reads at its first use in a process and the first part would otherwise wait for.
 void readFonts()
 {
     QFont font(QStringLiteral("Noto Sans CJK SC")); // the labels'
@@ -88,7 +87,7 @@ void readPictureFormats()
     QImageReader::supportedImageFormats();
 }
 
-// Each step in a turn of the event loop of its own.
+// Each step in an event-loop iteration of its own.
 void takeTurns(const QList<std::function<void()>> &steps)
 {
     if (steps.isEmpty())
@@ -99,20 +98,58 @@ void takeTurns(const QList<std::function<void()>> &steps)
     });
 }
 
-} // namespace
-
-void prepareLooks(const QString &name)
+// Items need fonts and a screen, which only this kind of application has.
+ViewEngine *engine()
 {
-    if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
-        return;
-    takeTurns(
-        {[name] { ofApplication<ViewEngine>()->prepare(name); }, readFonts, readPictureFormats});
+    const auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    return application ? ofApplication<ViewEngine>() : nullptr;
 }
 
-QQuickItem *createLooks(QQuickItem *view, const QString &name, QVariantMap properties)
+} // namespace
+
+QmlPart::QmlPart(QQuickItem *view, const QString &name, QVariantMap properties)
 {
-    ViewEngine *with = ofApplication<ViewEngine>();
-    return with ? with->create(name, view, std::move(properties)) : nullptr;
+    properties.insert(QStringLiteral("view"), QVariant::fromValue<QObject *>(view));
+    properties.insert(QStringLiteral("part"), QVariant::fromValue<QObject *>(this));
+    if (ViewEngine *with = engine())
+        m_root = with->create(name, view, properties);
+}
+
+QmlPart::~QmlPart()
+{
+    delete m_root;
+}
+
+QQuickItem *QmlPart::subview(const char *objectName) const
+{
+    auto *item = m_root ? m_root->findChild<QQuickItem *>(QLatin1String(objectName)) : nullptr;
+    if (m_root && !item)
+        qWarning("%s has no subview %s", m_root->metaObject()->className(), objectName);
+    return item;
+}
+
+void QmlPart::tap()
+{
+    QMetaObject::invokeMethod(this, &QmlPart::tapped, Qt::QueuedConnection);
+}
+
+void QmlPart::pan(QPointF translation, QPointF velocity)
+{
+    QMetaObject::invokeMethod(
+        this, [=, this] { Q_EMIT panned(translation, velocity); }, Qt::QueuedConnection);
+}
+
+void QmlPart::close()
+{
+    QMetaObject::invokeMethod(this, &QmlPart::closeRequested, Qt::QueuedConnection);
+}
+
+void prepareQmlPart(const QString &name)
+{
+    onMainThread([name] {
+        if (engine())
+            takeTurns({[name] { engine()->prepare(name); }, readFonts, readPictureFormats});
+    });
 }
 
 } // namespace znt

@@ -104,7 +104,7 @@ VisibleShares::ClipRun runFrom(const QQuickItem *first, const QQuickItem *end)
     return run;
 }
 
-// The window in which people see what `window` draws; not the same inside a widget.
+// The window in which the user sees what `window` draws; not the same inside a widget.
 const QWindow *shownWindow(const QQuickWindow *window)
 {
     const QWindow *shown = QQuickRenderControl::renderWindowFor(const_cast<QQuickWindow *>(window));

@@ -127,10 +127,9 @@ private slots:
         QCOMPARE(titles, QStringList({"5", "4", "3", "2", "1", "关闭"}));
         window.tap("skipButton");
         window.tap("skipButton"); // a double click closes once
-        QTRY_VERIFY(!ad->adView());
-        QVERIFY(ad->isReady());
+        QVERIFY(ad->adView() && ad->isReady());
         QTRY_COMPARE(host.heard, QStringList({"visible", "click", "click", "closed"}));
-        QVERIFY(!window.subview("containerView") && !ad->isReady());
+        QVERIFY(!window.subview("containerView") && !ad->adView() && !ad->isReady());
 
         QTRY_COMPARE(otherAd->remainingTime(), 0);
         QVERIFY(!QTest::qWaitFor([&] { return otherAd->remainingTime() < 0; }, 1200));

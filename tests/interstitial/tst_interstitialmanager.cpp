@@ -154,9 +154,9 @@ private slots:
         QTest::qWait(150);
         QCOMPARE(hits("/t/view/1"), 0);
         stage.manager.interstitialAd()->dismissWithAutoClose(false);
-        stage.window.screen->setX(0); // too late
+        stage.window.screen->setX(0); // it counts as long as it can be seen
         QTRY_COMPARE(stage.host.heard, QStringList({"visible", "closed"}));
-        QCOMPARE(hits("/t/view/1"), 0);
+        QTRY_COMPARE(hits("/t/view/1"), 1);
     }
 
     void closesByItselfWhenTold()

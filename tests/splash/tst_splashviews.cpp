@@ -230,7 +230,7 @@ private slots:
         QCOMPARE(scene.skips, 2);
         QCOMPARE(scene.clicks(), 2); // the creative itself and its wide button
         delete scene.view;
-        QVERIFY(field.hasActiveFocus());
+        QTRY_VERIFY(field.hasActiveFocus());
     }
 
     void nothingGoesThrough()
@@ -238,7 +238,7 @@ private slots:
         Scene scene(Image);
         Beneath beneath(scene.window.contentItem());
         QVERIFY(show(scene));
-        QCOMPARE(beneath.hearsOf({100, 400}), "shortcut"); // the host's own
+        QCOMPARE(beneath.hearsOf({100, 400}), "");
         delete scene.view;
         QCOMPARE(beneath.hearsOf({100, 400}), "drag flick hover key point shortcut tap wheel");
     }

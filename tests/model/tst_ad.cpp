@@ -1,4 +1,3 @@
-#include "model/adanswer.h"
 #include "model/trackinglists.h"
 #include "support/loglines.h"
 
@@ -8,9 +7,14 @@ using namespace znt::test;
 constexpr TrackingTexts countingTexts{
     "Processed %1 dpEvent URLs", "Converted single dpEvent URL to array"};
 
-class tst_adanswer : public QObject
+class tst_ad : public QObject
 {
     Q_OBJECT
+
+    static std::optional<TrackInfo> infoOf(const QByteArray &trackInfo)
+    {
+        return readAd(json("{\"trackInfo\": " + trackInfo + '}')).trackInfo;
+    }
 
 private slots:
     void refusesWithAReason()
@@ -34,9 +38,9 @@ private slots:
 
     void picksAmongTheTexts()
     {
-        const QJsonObject ad = json(R"({"texts": [{"type": "TITLE", "content": "c"},
+        const Ad ad = readAd(json(R"({"texts": [{"type": "TITLE", "content": "c"},
             {"type": "TXT", "content": "a"}, 5, null, {"type": "TXT"}, {"type": "TXT", "content": 1},
-            {"type": 1, "content": "x"}, {"content": "x"}, {"type": "TXT", "content": "b"}]})");
+            {"type": 1, "content": "x"}, {"content": "x"}, {"type": "TXT", "content": "b"}]})"));
         const auto seen = [&](const QStringList &types) {
             QSet<QString> texts;
             for (int i = 0; i < 400; ++i)
@@ -46,7 +50,7 @@ private slots:
         QCOMPARE(seen({"TXT"}), (QSet<QString>{"a", "b"}));
         QCOMPARE(seen({"TXT", "TITLE"}), (QSet<QString>{"a", "b", "c"}));
         QVERIFY(randomText(ad, {"NONE"}).isNull());
-        QVERIFY(randomText(json(R"({"texts": "TXT"})"), {"TXT"}).isNull());
+        QVERIFY(randomText(readAd(json(R"({"texts": "TXT"})")), {"TXT"}).isNull());
     }
 
     // The three lists afterwards, under each rule; "-" where a list was left as it was.
@@ -57,8 +61,7 @@ private slots:
             for (const auto &[form, wanted] :
                 {std::pair(ClickForm::OfView, ofView), {ClickForm::OfClick, ofClick}}) {
                 TrackingLists lists{{"-"}, QJsonArray{"-"}, {"-"}};
-                readTrackingLists(
-                    lists, json("{\"trackInfo\": " + trackInfo + '}'), form, countingTexts);
+                readTrackingLists(lists, infoOf(trackInfo), form, countingTexts);
                 QCOMPARE((QJsonArray{lists.view, lists.click, lists.dpEvent}), wanted);
             }
         };
@@ -76,11 +79,10 @@ private slots:
 
         // With a view list and no click value, there is no click list.
         TrackingLists lists{{}, QJsonArray{"-"}, {}};
-        readTrackingLists(
-            lists, json(R"({"trackInfo": {"viewUrl3rd": []}})"), ClickForm::OfView, countingTexts);
+        readTrackingLists(lists, infoOf(R"({"viewUrl3rd": []})"), ClickForm::OfView, countingTexts);
         QVERIFY(lists.click.isUndefined());
     }
 };
 
-QTEST_APPLESS_MAIN(tst_adanswer)
-#include "tst_adanswer.moc"
+QTEST_APPLESS_MAIN(tst_ad)
+#include "tst_ad.moc"

@@ -1,0 +1,157 @@
+// The way of an ad that all formats share: requested, read, announced to the host, opened, failed.
+#pragma once
+
+#include "ads/clicktarget.h"
+#include "ads/notify.h"
+#include "diagnostics/log.h"
+#include "support/mainthread.h"
+
+#include <ZNTAds/ZNTAdsManager.h>
+#include <ZNTAds/ZNTDelegateRef.h>
+
+#include <QMutex>
+
+#include <atomic>
+
+namespace znt {
+
+// What a format is called by in its log lines and errors.
+struct AdFormat
+{
+    const char *name;   // "splash"
+    const char *title;  // the same as the first word of a line
+    const char *domain; // of the errors
+    const char *loaded; // the line about a load; %1, where there is one, is the number of ads
+};
+
+// Belongs to a manager and does its work on the manager's behalf. Main thread, but for request(),
+// fail() and the ad position.
+template <class Delegate>
+class AdFlow
+{
+public:
+    using DidFail = void (Delegate::*)(const ZNTError &error);
+
+    // `failing` runs at each failure on the main thread, before the delegate hears of it.
+    AdFlow(QObject *manager, const AdFormat &format, DidFail didFail,
+        std::function<void()> failing = {})
+        : m_manager(manager)
+        , m_format(format)
+        , m_didFail(didFail)
+        , m_failing(std::move(failing))
+    {
+    }
+
+    ZNTDelegateRef<Delegate> delegate;
+
+    QString mediaId() const
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_mediaId;
+    }
+    void setMediaId(const QString &mediaId)
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_mediaId = mediaId;
+    }
+    // False without an ad position, and the failure is on its way. An empty one is one.
+    bool requireMediaId()
+    {
+        if (!mediaId().isNull())
+            return true;
+        logError("Cannot load ad data: mediaId is empty");
+        fail(-1001, QStringLiteral("mediaId不能为空"));
+        return false;
+    }
+
+    bool isLoading() const { return m_pending > 0; }
+    // Sends one ad request. `read` makes what the format keeps out of the answer, in the pool, as
+    // an answer may be megabytes; nothing if it cannot be used. `take` then keeps it and gives the
+    // number of ads, and `loaded` is posted.
+    template <class Read, class Take>
+    void request(Read read, Take take, std::function<void()> loaded)
+    {
+        ++m_pending;
+        const QPointer<QObject> manager(m_manager);
+        const auto answered = [this, take = std::move(take), loaded = std::move(loaded)](
+                                  const auto &ads) {
+            --m_pending;
+            if (ads)
+                succeed(take(*ads), loaded);
+            else
+                failToRead();
+        };
+        ZNTAdsManager::sharedInstance()->requestAdWithPositionId(
+            mediaId(), 0.0,
+            [manager, read = std::move(read), answered](const QJsonObject &response) {
+                inPool(
+                    manager, [read, response] { return read(response); }, answered);
+            },
+            [this, manager](const ZNTError &error) {
+                if (manager)
+                    failToLoad(error);
+            });
+    }
+
+    void fail(int code, const QString &description)
+    {
+        fail({QString::fromLatin1(m_format.domain), code, description});
+    }
+    void fail(const ZNTError &error)
+    {
+        logError("%1 ad error: %2", m_format.title, error.localizedDescription());
+        if (m_failing)
+            m_failing();
+        notifyLater([this, error] { notify(m_didFail, error); });
+    }
+
+    // Calls the method when there is a delegate; false when the manager has not survived that.
+    template <class... Parameters, class... Arguments>
+    bool notify(void (Delegate::*method)(Parameters...), Arguments &&...arguments)
+    {
+        return znt::notify(m_manager, delegate, method, std::forward<Arguments>(arguments)...);
+    }
+    // In an event-loop iteration of its own: the host is never called back from inside its own
+    // call.
+    void notifyLater(std::function<void()> call)
+    {
+        QMetaObject::invokeMethod(m_manager, std::move(call), Qt::QueuedConnection);
+    }
+
+    // Opens where a click leads, then calls the method.
+    void open(const ClickTarget &target, void (Delegate::*didClose)())
+    {
+        openClickTarget(target, [this, didClose, manager = QPointer<QObject>(m_manager)] {
+            if (manager)
+                notify(didClose);
+        });
+    }
+
+private:
+    void succeed(qsizetype count, const std::function<void()> &loaded)
+    {
+        logCount(m_format.loaded, count);
+        notifyLater(loaded);
+    }
+    void failToRead()
+    {
+        logError("Failed to parse %1 ad data", m_format.name);
+        fail(-1002, QStringLiteral("广告数据解析失败"));
+    }
+    void failToLoad(const ZNTError &error)
+    {
+        --m_pending;
+        logError("Failed to load %1 ad data: %2", m_format.name, error.localizedDescription());
+        fail(error);
+    }
+
+    QObject *const m_manager;
+    const AdFormat m_format;
+    const DidFail m_didFail;
+    const std::function<void()> m_failing;
+    mutable QMutex m_mutex; // loads may start on any thread; the lock is for their sake
+    QString m_mediaId;
+    std::atomic<int> m_pending = 0;
+};
+
+} // namespace znt
