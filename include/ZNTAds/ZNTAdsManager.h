@@ -32,7 +32,9 @@ public:
     using FeedbackCompletion =
         std::function<void(bool success, const std::optional<ZNTError> &error)>;
 
-    /// The service client, made at the first call, from whatever thread.
+    /// The service client, made at the first call, from whatever thread. That call reads what is
+    /// kept in the application's QSettings, and is the only one that waits for the disk, but for
+    /// loadFreqCtrlArgFromLocal() and loadInteractionCtrlArgFromLocal().
     static ZNTAdsManager *sharedInstance();
 
     /// Stores the ids and the secret and starts the one configuration request. ZNTAdsSDK calls

@@ -81,6 +81,7 @@ public:
     using Done = std::function<void(const Outcome &)>;
 
     void watchDevice();
+    void withDevice(std::function<void()> request);
     void loadAdConfig();
     void readConfiguration(const QByteArray &body);
     void applyConfiguration(const QJsonObject &configuration);
@@ -97,7 +98,7 @@ public:
     std::atomic<bool> isLogEnabled{false};
     std::atomic<bool> isWiFi{false};
     std::atomic<double> exposureRatio{70.0};
-    std::atomic<bool> watchesDevice{false};
+    std::atomic<bool> watchesNetwork{false};
     QString baseUrl;
     std::optional<ZNTFreqCtrlArg> freqCtrlArg;
     std::optional<ZNTInteractionCtrlArg> interactionCtrlArg;
@@ -107,13 +108,26 @@ public:
 void ZNTAdsManager::Private::watchDevice()
 {
     const QCoreApplication *application = QCoreApplication::instance();
-    if (!application || watchesDevice.exchange(true))
+    if (!application)
         return;
     if (application->thread() == QThread::currentThread())
         device::watchScreen();
+    if (!watchesNetwork.exchange(true))
+        followNetworkPath([this](bool wiFi) { isWiFi = wiFi; });
+}
+
+// A request names the size of the screen, so the first one, when it is made on another thread or
+// before there is an application, is built on the main thread.
+void ZNTAdsManager::Private::withDevice(std::function<void()> request)
+{
+    watchDevice();
+    if (device::isScreenKnown())
+        request();
     else
-        onMainThread(device::watchScreen);
-    followNetworkPath([this](bool wiFi) { isWiFi = wiFi; });
+        onMainThread([this, request = std::move(request)] {
+            watchDevice();
+            request();
+        });
 }
 
 ZNTAdsManager *ZNTAdsManager::sharedInstance()
@@ -150,17 +164,21 @@ void ZNTAdsManager::initializeWithAppId(
 void ZNTAdsManager::requestAdWithPositionId(
     const QString &positionId, double bidPrice, AdSuccess success, AdFailure failure)
 {
-    const QJsonObject body = adRequestBody(d->currentIdentity(), getNetworkType(),
-        {.positionId = positionId, .bidPrice = bidPrice, .test = d->isTestMode});
-    d->send(endpoint(Endpoint::AdRequest).toString(), QStringLiteral("POST"), body, d->headersNow(),
-        [success = std::move(success), failure = std::move(failure)](const Outcome &outcome) {
-            if (outcome.error || !outcome.response->isValid()) {
-                if (failure)
-                    failure(outcome.error ? *outcome.error : refusal(*outcome.response));
-            } else if (success) {
-                success(outcome.dictionary);
-            }
-        });
+    auto done = [success = std::move(success), failure = std::move(failure)](
+                    const Outcome &outcome) {
+        if (outcome.error || !outcome.response->isValid()) {
+            if (failure)
+                failure(outcome.error ? *outcome.error : refusal(*outcome.response));
+        } else if (success) {
+            success(outcome.dictionary);
+        }
+    };
+    d->withDevice([this, positionId, bidPrice, done = std::move(done)] {
+        const QJsonObject body = adRequestBody(d->currentIdentity(), getNetworkType(),
+            {.positionId = positionId, .bidPrice = bidPrice, .test = d->isTestMode});
+        d->send(endpoint(Endpoint::AdRequest).toString(), QStringLiteral("POST"), body,
+            d->headersNow(), done);
+    });
 }
 
 void ZNTAdsManager::sendRequestWithURL(const QString &url, const QString &method,
@@ -222,19 +240,20 @@ std::shared_ptr<const Outcome> ZNTAdsManager::Private::outcomeOf(const QByteArra
 void ZNTAdsManager::sendNegativeFeedbackWithType(
     qint64 type, const QString &bizId, const QJsonValue &ext, FeedbackCompletion completion)
 {
-    const QJsonObject body = feedbackBody(
-        d->currentIdentity(), getNetworkType(), {.type = type, .bizId = bizId, .ext = ext});
-    sendRequestWithURL(endpoint(Endpoint::NegativeFeedback).toString(), QStringLiteral("POST"),
-        body, d->headersNow(),
-        [completion = std::move(completion)](
-            const std::optional<ZNTAdsResponse> &response, const std::optional<ZNTError> &error) {
-            if (!completion)
-                return;
-            if (error || !response->isValid())
-                completion(false, error ? *error : refusal(*response));
-            else
-                completion(true, {});
-        });
+    auto done = [completion = std::move(completion)](const Outcome &outcome) {
+        if (!completion)
+            return;
+        if (outcome.error || !outcome.response->isValid())
+            completion(false, outcome.error ? *outcome.error : refusal(*outcome.response));
+        else
+            completion(true, {});
+    };
+    d->withDevice([this, type, bizId, ext, done = std::move(done)] {
+        const QJsonObject body = feedbackBody(
+            d->currentIdentity(), getNetworkType(), {.type = type, .bizId = bizId, .ext = ext});
+        d->send(endpoint(Endpoint::NegativeFeedback).toString(), QStringLiteral("POST"), body,
+            d->headersNow(), done);
+    });
 }
 
 // Asked for once, at registration.
@@ -297,7 +316,7 @@ void ZNTAdsManager::setExposureRatio(double percent)
 {
     d->exposureRatio = percent >= 0 ? qMin(percent, 100.0) : 0.0; // not a number: 0
     if (d->isLogEnabled)
-        logInfo("Exposure ratio updated to: %1%", QString::number(d->exposureRatio, 'f', 1));
+        logInfo("Exposure ratio updated to: %1%", fixedPoint(d->exposureRatio, 1));
 }
 
 double ZNTAdsManager::currentExposureRatio() const

@@ -8,7 +8,8 @@ namespace znt {
 
 void followNetworkPath(std::function<void(bool isWiFi)> changed)
 {
-    // Loading the backend takes the system's services, so it waits for an event-loop iteration of its own.
+    // Loading the backend takes the system's services, so it waits for an event-loop iteration of
+    // its own.
     onMainThread([changed = std::move(changed)] {
         using Info = QNetworkInformation;
         if (!Info::loadBackendByFeatures(

@@ -1,8 +1,12 @@
 #include "core/userdefaults.h"
 
+#include "support/mainthread.h"
+
 #include <QCoreApplication>
 #include <QSettings>
 #include <QThreadPool>
+
+#include <cstdlib>
 
 namespace znt::userdefaults {
 
@@ -20,24 +24,36 @@ QSettings settings()
 }
 
 // One thread: values reach the disk in the order in which they were stored.
-class Writer
+struct Writer
 {
-public:
-    Writer()
-    {
-        settings(); // what they stand on is made before the writer, and so outlives it at exit
-        pool.setMaxThreadCount(1);
-    }
+    Writer() { pool.setMaxThreadCount(1); }
     QThreadPool pool;
 };
-Q_GLOBAL_STATIC(Writer, writer)
 
 // What an application stores is written before it goes.
-void finishWithApplication()
+struct LastWrite
 {
-    qAddPostRoutine(waitForStored);
+    ~LastWrite() { waitForStored(); }
+};
+
+// Before exit() destroys what QSettings stands on, which settings() has made.
+void writeBeforeExit()
+{
+    static const int registered = (settings(), std::atexit(waitForStored));
+    Q_UNUSED(registered)
 }
-Q_COREAPP_STARTUP_FUNCTION(finishWithApplication)
+
+void write(const QMap<QString, QJsonValue> &values)
+{
+    QSettings stored = settings();
+    for (auto it = values.begin(); it != values.end(); ++it) {
+        if (it->isUndefined() || it->isNull())
+            stored.remove(it.key());
+        else
+            stored.setValue(it.key(), it->toVariant());
+    }
+    stored.sync();
+}
 
 } // namespace
 
@@ -51,21 +67,16 @@ QJsonValue read(const QString &key)
 
 void store(const QMap<QString, QJsonValue> &values)
 {
-    writer->pool.start([values] {
-        QSettings stored = settings();
-        for (auto it = values.begin(); it != values.end(); ++it) {
-            if (it->isUndefined() || it->isNull())
-                stored.remove(it.key());
-            else
-                stored.setValue(it.key(), it->toVariant());
-        }
-        stored.sync();
+    ofApplication<LastWrite>();
+    neverDestroyed<Writer>().pool.start([values] {
+        writeBeforeExit();
+        write(values);
     });
 }
 
 void waitForStored()
 {
-    writer->pool.waitForDone();
+    neverDestroyed<Writer>().pool.waitForDone();
 }
 
 } // namespace znt::userdefaults

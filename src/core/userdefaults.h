@@ -12,8 +12,8 @@ namespace znt::userdefaults {
 // Undefined when nothing is stored under the key. Waits for what is still on its way there.
 ZNTADS_INTERNAL QJsonValue read(const QString &key);
 
-// Writes the values and brings them to disk in the background, in the order of the calls; an
-// undefined or null value removes its key.
+// Main thread. Writes the values and brings them to disk in the background, in the order of the
+// calls; an undefined or null value removes its key.
 ZNTADS_INTERNAL void store(const QMap<QString, QJsonValue> &values);
 // Returns when everything stored is on disk.
 ZNTADS_INTERNAL void waitForStored();

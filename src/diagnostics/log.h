@@ -3,6 +3,8 @@
 
 #include <ZNTAds/ZNTLogManager.h>
 
+#include <array>
+#include <charconv>
 #include <cstring>
 #include <type_traits>
 
@@ -45,6 +47,15 @@ void logWarning(const char *format, const Args &...args)
     ZNTLogManager *log = ZNTLogManager::sharedInstance();
     if (log->isEnabled())
         log->logWarning(logLine(format, args...));
+}
+
+// A number with so many decimals, rounded as printf does.
+inline QString fixedPoint(double number, int decimals)
+{
+    std::array<char, 400> text;
+    const auto end =
+        std::to_chars(text.begin(), text.end(), number, std::chars_format::fixed, decimals).ptr;
+    return QString::fromLatin1(text.data(), end - text.begin());
 }
 
 // A line that may have a place for the count.

@@ -111,7 +111,7 @@ void ZNTInterstitialManager::showInterstitialAd()
 // A close by hand in between does not call it off, and it closes whatever ad is there by then.
 void ZNTInterstitialManager::Private::autoCloseLater()
 {
-    logInfo("Setting auto-close timer for %1 seconds", QString::number(autoCloseTime, 'f', 6));
+    logInfo("Setting auto-close timer for %1 seconds", fixedPoint(autoCloseTime, 6));
     const double milliseconds = autoCloseTime * 1000;
     if (milliseconds > std::numeric_limits<int>::max())
         return; // weeks away, and more than a timer holds

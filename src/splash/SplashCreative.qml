@@ -55,7 +55,11 @@ Item {
             Rectangle {
                 anchors.fill: parent
                 visible: root.content.hasPicture && !root.content.isVideo
-                color: root.content.groundColor
+                gradient: Gradient {
+                    GradientStop { position: 0; color: root.content.groundColors[0] ?? "black" }
+                    GradientStop { position: 0.5; color: root.content.groundColors[1] ?? "black" }
+                    GradientStop { position: 1; color: root.content.groundColors[2] ?? "black" }
+                }
             }
 
             ImageView {

@@ -8,14 +8,15 @@ namespace znt {
 
 namespace {
 
-// The mean of the blurred copy, without its alpha: opaque, as the soft edges are to lie on it.
-QColor meanColor(const QImage &blurredPicture)
+// The means of the blurred copy's top, middle and bottom, without its alpha.
+QList<QColor> groundColorsOf(const QImage &blurredPicture)
 {
-    const QImage mean =
-        blurredPicture.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    QColor color = mean.pixelColor(0, 0);
-    color.setAlpha(255);
-    return color;
+    const QImage means =
+        blurredPicture.scaled(1, 3, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QList<QColor> colors;
+    for (int y = 0; y < means.height(); ++y)
+        colors.append(QColor(means.pixelColor(0, y).rgb()));
+    return colors;
 }
 
 } // namespace
@@ -32,7 +33,7 @@ void SplashContent::showPicture(
     fetchLogo(!sourceLogo.isEmpty(), sourceLogo);
     const auto show = [this, text](const QImage &picture, const QImage &blurredPicture) {
         m_blurredPicture = blurredPicture;
-        m_groundColor = meanColor(blurredPicture);
+        m_groundColors = groundColorsOf(blurredPicture);
         setPicture(picture);
         setText(text);
         m_hasArrived = true;

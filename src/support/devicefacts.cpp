@@ -10,6 +10,8 @@
 #include <QUuid>
 
 #include <atomic>
+#include <bit>
+#include <cmath>
 
 #ifdef Q_OS_UNIX
 #include <sys/utsname.h>
@@ -20,25 +22,34 @@ namespace znt::device {
 namespace {
 
 // Two 32-bit numbers in one word, so that any thread reads a size that once was true.
-Q_CONSTINIT std::atomic<quint64> points{0};
 Q_CONSTINIT std::atomic<quint64> pixels{0};
+Q_CONSTINIT std::atomic<double> pixelRatio{1};
+Q_CONSTINIT std::atomic<bool> isRead{false};
 
-quint64 packed(QSizeF size)
+// Qt rounds the side of a screen to whole points. Of the pixels that it may have, panels have the
+// number that can be halved most often.
+int pixelsOf(int length, double ratio)
 {
-    return quint64(quint32(size.width())) << 32 | quint32(size.height());
-}
-
-QSize unpacked(quint64 word)
-{
-    return {int(word >> 32), int(word & 0xffffffff)};
+    const int first = int(std::ceil((length - 0.5) * ratio));
+    const int last = int(std::floor((length + 0.5) * ratio));
+    int best = qRound(length * ratio);
+#ifndef Q_OS_DARWIN // there points are whole
+    for (int side = first; side <= last; ++side) {
+        if (std::countr_zero(unsigned(side)) > std::countr_zero(unsigned(best)))
+            best = side;
+    }
+#endif
+    return best;
 }
 
 void readScreen(const QScreen *screen)
 {
-    const QSizeF size = screen ? QSizeF(screen->size()) : QSizeF(0, 0);
-    points = packed(size);
-    const qreal ratio = screen ? screen->devicePixelRatio() : 1;
-    pixels = packed({double(qRound(size.width() * ratio)), double(qRound(size.height() * ratio))});
+    const double ratio = screen ? screen->devicePixelRatio() : 1;
+    const QSize size = screen ? screen->size() : QSize(0, 0);
+    const auto side = [ratio](int length) { return quint64(quint32(pixelsOf(length, ratio))); };
+    pixels = side(size.width()) << 32 | side(size.height());
+    pixelRatio = ratio;
+    isRead = true;
 }
 
 void followScreen(QScreen *screen)
@@ -118,20 +129,28 @@ QString timeZone()
     return QString::fromUtf8(QTimeZone::systemTimeZoneId());
 }
 
+bool isScreenKnown()
+{
+    return isRead;
+}
+
 QSize screenPoints()
 {
-    return unpacked(points);
+    const QSize size = screenPixels();
+    return {int(size.width() / pixelRatio), int(size.height() / pixelRatio)};
 }
 
 QSize screenPixels()
 {
-    return unpacked(pixels);
+    const quint64 word = pixels;
+    return {int(word >> 32), int(word & 0xffffffff)};
 }
 
 void watchScreen()
 {
     static QPointer<QGuiApplication> watched;
     auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    isRead = isRead || QCoreApplication::instance();
     if (!application || application == watched)
         return;
     watched = application;

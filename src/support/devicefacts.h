@@ -18,9 +18,11 @@ QString vendorId();
 QString preferredLanguage();
 QString timeZone();
 
-// Of the main screen, kept current from the main thread, readable from any; 0 x 0 without one.
-QSize screenPoints();
-QSize screenPixels();
-void watchScreen(); // on the main thread; again does nothing
+// Of the main screen, kept current from the main thread, readable from any; 0 x 0 without one, and
+// until the screen was looked at for the first time.
+ZNTADS_INTERNAL QSize screenPoints(); // truncated
+ZNTADS_INTERNAL QSize screenPixels();
+bool isScreenKnown();
+ZNTADS_INTERNAL void watchScreen(); // on the main thread; again does nothing
 
 } // namespace znt::device

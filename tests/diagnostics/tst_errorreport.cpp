@@ -26,6 +26,14 @@ private slots:
         logger()->setLogEnabled(false);
     }
 
+    void waitsForTheApplication()
+    {
+        LogLines log;
+        QCOMPARE(nextReport().value(u"errorSummary"), "early");
+        QStringList lines;
+        QTRY_COMPARE(lines += log.take(), QStringList{"INFO Error report sent successfully"});
+    }
+
     void writesTheResult()
     {
         for (const auto &[status, line] : {std::pair(200, "INFO Error report sent successfully"),
@@ -123,7 +131,7 @@ private:
 
 int main(int argc, char **argv)
 {
-    logger()->logError("nobody is there to send it");
+    logger()->logError("early");
     const QGuiApplication application(argc, argv);
     tst_errorreport test;
     return QTest::qExec(&test, argc, argv);

@@ -204,6 +204,7 @@ private slots:
         QVERIFY(!defaults.contains(u"mine"));
         QCOMPARE(QDir(folder + "/Documents/Logs").entryList(QDir::Files).size(), 1);
         QVERIFY(QDir(folder + "/tmp").exists());
+        QVERIFY(QFile::exists(folder + "/config/ZNTAds/zntads-player.conf")); // not the user's own
     }
 
     void tours()

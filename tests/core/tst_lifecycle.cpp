@@ -1,0 +1,146 @@
+// The library in the life of a process: never called, called before there is an application, with a
+// host that keeps the threads for itself. Each in a process of its own, which is this program
+// again.
+#include "support/exchangetest.h"
+
+#include <ZNTAds/ZNTAdsManager.h>
+#include <ZNTAds/ZNTAdsSDK.h>
+#include <ZNTAds/ZNTLogManager.h>
+
+#include <QThreadPool>
+
+#include <thread>
+
+using namespace znt::test;
+
+namespace {
+
+void meet(const QStringList &exchange)
+{
+    ZNTAdsSDK::setEndpoints(QUrl(exchange.at(0)), QUrl(exchange.at(1)));
+    ZNTAdsManager::sharedInstance()->setSecret("demo-secret");
+}
+
+int runUntilAnswered(QGuiApplication &application, const QStringList &exchange)
+{
+    sandbox::trust(QSslCertificate::fromPath(exchange.at(2)).constFirst());
+    QTimer::singleShot(10000, &application, [] { QCoreApplication::exit(9); });
+    return QCoreApplication::exec();
+}
+
+void request()
+{
+    ZNTAdsManager::sharedInstance()->requestAdWithPositionId(
+        "splash", 0, [](const QJsonObject &) { QCoreApplication::exit(0); },
+        [](const ZNTError &) { QCoreApplication::exit(1); });
+}
+
+int neverCalled(int &argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    QTimer::singleShot(0, &application, &QCoreApplication::quit);
+    QCoreApplication::exec();
+    return ZNTAdsSDK::version().isEmpty(); // keeps the library linked
+}
+
+int beforeTheApplication(int &argc, char **argv, const QStringList &exchange)
+{
+    meet(exchange);
+    ZNTLogManager::sharedInstance()->logError("early");
+    std::thread(request).join();
+    QGuiApplication application(argc, argv);
+    return runUntilAnswered(application, exchange);
+}
+
+int withoutThreads(int &argc, char **argv, const QStringList &exchange)
+{
+    meet(exchange);
+    QGuiApplication application(argc, argv);
+    QThreadPool *hosts = QThreadPool::globalInstance();
+    QSemaphore end;
+    hosts->setMaxThreadCount(1);
+    hosts->start([&end] { end.acquire(); });
+    QTimer::singleShot(0, &application, request);
+    const int status = runUntilAnswered(application, exchange);
+    end.release();
+    return status;
+}
+
+int child(int argc, char **argv)
+{
+    const QString part = argv[1];
+    QStringList exchange;
+    for (int i = 2; i < argc; ++i)
+        exchange.append(QString::fromLocal8Bit(argv[i]));
+    if (part == "--never-called")
+        return neverCalled(argc, argv);
+    return part == "--early" ? beforeTheApplication(argc, argv, exchange)
+                             : withoutThreads(argc, argv, exchange);
+}
+
+} // namespace
+
+class TestLifecycle : public QObject
+{
+    Q_OBJECT
+
+private:
+    TrustedExchange exchange;
+    QTemporaryDir home;
+
+    int run(const QString &part, const QHash<QString, QString> &variables = {})
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *place : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+            environment.insert(place, home.path());
+        for (auto it = variables.begin(); it != variables.end(); ++it)
+            environment.insert(it.key(), it.value());
+        process.setProcessEnvironment(environment);
+        QSignalSpy finished(&process, &QProcess::finished);
+        process.start(QCoreApplication::applicationFilePath(),
+            {part, exchange.httpsUrl().toString(), exchange.httpUrl().toString(),
+                exchange.caFile()});
+        if (!finished.wait(30000))
+            return -1;
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+
+private slots:
+    void init()
+    {
+        failOnWarnings();
+        exchange.forgetRequests();
+    }
+
+    void leavesNoTraceWhereItIsNotCalled()
+    {
+        QCOMPARE(run("--never-called"), 0);
+        QVERIFY(QDir(home.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    }
+
+    void whatComesBeforeTheApplicationWaitsForIt()
+    {
+        QCOMPARE(run("--early", {{"QT_SCALE_FACTOR", "3"}}), 0); // of a screen of 800 pixels
+        QVERIFY(exchange.waitForRequests("/logs.do", 1));
+        const QJsonObject report = exchange.requests("/logs.do").constFirst().json();
+        QCOMPARE(report[u"errorSummary"], "early");
+        QCOMPARE(report[u"screenResolution"], "800x800");
+        const QJsonObject request = exchange.requests("/s/req2.do").constFirst().json();
+        QCOMPARE(request[u"device"][u"screenWidth"], 266);
+        QCOMPARE(request[u"device"][u"screenHeight"], 266);
+    }
+
+    void needsNoneOfTheHostsThreads() { QCOMPARE(run("--without-threads"), 0); }
+};
+
+int main(int argc, char **argv)
+{
+    if (argc > 1 && QByteArray(argv[1]).startsWith("--"))
+        return child(argc, argv);
+    QGuiApplication application(argc, argv);
+    TestLifecycle test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_lifecycle.moc"
