@@ -20,6 +20,9 @@ void LogFile::open()
 {
     if (m_file.isOpen())
         return;
+    const QFileInfo existing(m_file.fileName());
+    if (existing.exists() && !existing.isFile()) // to open a pipe would wait for its reader
+        return;
     QDir().mkpath(QFileInfo(m_file).path());
     m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
 }
@@ -47,7 +50,7 @@ void LogFile::sync()
 
 std::optional<ZNTError> LogFile::copyTo(const QString &destination) const
 {
-    if (!m_file.exists())
+    if (!QFileInfo(m_file.fileName()).isFile())
         return ZNTError(
             QStringLiteral("com.zntads.logger"), -1, QStringLiteral("Log file does not exist"));
     QFile source(m_file.fileName());

@@ -1,9 +1,9 @@
 #include "diagnostics/logwriter.h"
 
 #include <QDateTime>
+#include <QDeadlineTimer>
 
 #include <atomic>
-#include <cstdio>
 
 #ifdef Q_OS_UNIX
 #include <pthread.h>
@@ -19,6 +19,8 @@ constexpr qsizetype writeThreshold = 65'536; // UTF-16 units
 constexpr auto writeInterval = 1s;
 // A burst of lines goes to the console in one piece, and wakes the writer once.
 constexpr auto gatherInterval = 20ms;
+// How long a writer that hangs may hold up the end of the process.
+constexpr auto endPatience = 1s;
 // A buffer that a burst has swollen beyond this is given back.
 constexpr qsizetype keptCapacity = 1 << 20;
 
@@ -146,9 +148,8 @@ void LogWriter::finish()
         isWriter = m_threadId == QThread::currentThreadId(); // the process ends out of posted work
     }
     m_wake.notify_one();
-    if (!isWriter)
-        m_thread->wait();
-    drain();
+    if (isWriter || m_thread->wait(QDeadlineTimer(endPatience)))
+        drain();
 }
 
 void LogWriter::run()
@@ -162,7 +163,7 @@ void LogWriter::run()
     while (!m_finished) {
         waitForInput(lock);
         lock.unlock();
-        workOff();
+        processBatch();
         lock.lock();
     }
 }
@@ -184,52 +185,57 @@ void LogWriter::waitForInput(std::unique_lock<std::mutex> &lock)
 
 // False when there was nothing to do. All state is the object's own, because posted work may come
 // back here: by logging after finish(), or by ending the process.
-bool LogWriter::workOff()
+bool LogWriter::processBatch()
 {
     const std::scoped_lock turn(m_turn);
-    const bool worked = m_batch.isDone() ? takeOver() : true;
+    const bool worked = m_batch.isDone() ? takeInput() : true;
     while (!m_batch.posted.empty()) {
         const Posted next = std::move(m_batch.posted.front());
         m_batch.posted.pop_front();
-        printTo(next.position);
+        collect(next.position);
         next.work(m_file);
     }
-    printTo(m_batch.lines.size());
-    if (Clock::now() >= m_writeAt)
+    collect(m_batch.lines.size());
+    if (m_isDraining || Clock::now() >= m_writeAt)
         write();
+    m_console.write(std::exchange(m_unprinted, {}));
     return worked;
 }
 
-bool LogWriter::takeOver()
+bool LogWriter::takeInput()
 {
     recycle(m_batch.lines);
-    m_batch.printed = 0;
+    m_batch.collected = 0;
     const std::scoped_lock lock(m_mutex);
     m_batch.lines.swap(m_input.lines);
     m_batch.posted.swap(m_input.posted);
     return !m_batch.isDone();
 }
 
+// Gives up where another thread hangs in a write.
 void LogWriter::drain()
 {
-    const std::scoped_lock turn(m_turn);
+    const std::unique_lock turn(m_turn, endPatience);
+    if (!turn)
+        return;
+    m_isDraining = true;
     m_file.open(); // the thread may not have come so far
-    while (workOff()) { }
+    while (processBatch()) { }
     write();
 }
 
-void LogWriter::printTo(qsizetype position)
+void LogWriter::collect(qsizetype position)
 {
-    const qsizetype count = position - m_batch.printed;
+    const qsizetype count = position - m_batch.collected;
     if (count <= 0)
         return;
     if (m_unwritten.isEmpty())
         m_writeAt = Clock::now() + writeInterval;
-    const QByteArray text = QStringView(m_batch.lines).sliced(m_batch.printed, count).toUtf8();
-    m_batch.printed = position;
+    const QByteArray text = QStringView(m_batch.lines).sliced(m_batch.collected, count).toUtf8();
+    m_batch.collected = position;
     m_unwritten += text;
+    m_unprinted += text;
     m_unwrittenUnits += count;
-    std::fwrite(text.constData(), 1, size_t(text.size()), stderr);
     if (m_unwrittenUnits >= writeThreshold)
         write();
 }

@@ -1,6 +1,7 @@
 // Collects the lines of all threads and works them off, in order, on a thread of its own.
 #pragma once
 
+#include "diagnostics/logconsole.h"
 #include "diagnostics/logfile.h"
 
 #include <QString>
@@ -43,7 +44,8 @@ public:
     // Writes waiting lines to the file, behind what came before.
     void flush();
 
-    // Writes everything and ends the thread. From then on callers write their lines themselves.
+    // Writes everything, the file before the console, and ends the thread. From then on callers
+    // write their lines themselves. Takes seconds at most, whatever the lines are written to.
     void finish();
 
 private:
@@ -59,17 +61,17 @@ private:
     {
         QString lines;
         std::deque<Posted> posted;
-        qsizetype printed = 0; // of the lines
+        qsizetype collected = 0; // of the lines
 
-        bool isDone() const { return printed == lines.size() && posted.empty(); }
+        bool isDone() const { return collected == lines.size() && posted.empty(); }
     };
 
     void run();
     void waitForInput(std::unique_lock<std::mutex> &lock);
-    bool workOff();
-    bool takeOver();
+    bool processBatch();
+    bool takeInput();
     void drain();
-    void printTo(qsizetype position);
+    void collect(qsizetype position);
     void write();
 
     std::mutex m_mutex; // guards what callers hand over
@@ -79,10 +81,13 @@ private:
     bool m_finished = false;
     Qt::HANDLE m_threadId = nullptr;
 
-    std::recursive_mutex m_turn; // guards the rest; recursive because the work may log
+    std::recursive_timed_mutex m_turn; // guards the rest; recursive because the work may log
     LogFile m_file;
+    LogConsole m_console;
+    bool m_isDraining = false;
     Batch m_batch;
-    QByteArray m_unwritten;
+    QByteArray m_unwritten; // to the file
+    QByteArray m_unprinted; // to the console
     qsizetype m_unwrittenUnits = 0;
     Clock::time_point m_writeAt;
 

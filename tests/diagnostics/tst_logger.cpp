@@ -213,6 +213,32 @@ private slots:
         for (const char *ending : {"return", "late", "completion", "fork", "off"})
             endsWith(ending);
     }
+
+    // Standard error is a pipe that nobody reads, or has closed; the log file is one.
+    void endsThoughNobodyReads()
+    {
+        const QByteArray today = QDate::currentDate().toString(Qt::ISODate).toUtf8();
+        for (const QByteArray &setting : {QByteArray("mkfifo p; exec 3<>p; \"$0\" 2>&3"),
+                 QByteArray("(\"$0\"; echo $? >status) 2>&1 >&3 | true; exit `cat status`"),
+                 "mkfifo Documents/Logs/" + today + ".log; \"$0\" 2>lines"}) {
+            const QTemporaryDir home;
+            QVERIFY(QDir(home.path()).mkpath("Documents/Logs"));
+            QProcess shell;
+            shell.setWorkingDirectory(home.path());
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert("HOME", home.path());
+            environment.insert("ZNT_TEST_ENDING", "return");
+            shell.setProcessEnvironment(environment);
+            shell.start("sh", {"-c", setting, QCoreApplication::applicationFilePath()});
+            QVERIFY2(shell.waitForFinished(20'000), setting.constData());
+            QCOMPARE(shell.exitCode(), 0);
+            const bool isFile = !setting.startsWith("mkfifo Documents");
+            const QByteArray kept = contents(
+                home.filePath(isFile ? "Documents/Logs/" + today + ".log" : QByteArray("lines")));
+            QVERIFY2(kept.endsWith("][INFO] last\n"), setting.constData());
+            QCOMPARE(kept.count('\n'), threadCount * linesOfThread + 1);
+        }
+    }
 };
 
 int main(int argc, char **argv)
