@@ -80,6 +80,91 @@ Edges inParent(const QQuickItem *item, const Edges &part)
                                           : scaledAndRotated(item).mapRect(rectangle(part)));
 }
 
+// Qt's item views are private types; their meta-objects are known by name, once.
+bool inheritsOnce(const QQuickItem *item, const char *name, const QMetaObject *&known)
+{
+    const QMetaObject *type = item->metaObject();
+    while (type != &QQuickItem::staticMetaObject && type != known) {
+        if (!known && qstrcmp(type->className(), name) == 0)
+            known = type;
+        else
+            type = type->superClass();
+    }
+    return type == known;
+}
+
+bool isItemView(const QQuickItem *item)
+{
+    static const QMetaObject *itemView = nullptr;
+    return inheritsOnce(item, "QQuickItemView", itemView);
+}
+
+bool isTableView(const QQuickItem *item)
+{
+    static const QMetaObject *tableView = nullptr;
+    return inheritsOnce(item, "QQuickTableView", tableView);
+}
+
+struct Scrolling
+{
+    bool isAcross;
+    bool isReversed;
+};
+
+Scrolling scrollingOf(const QQuickItem *itemView)
+{
+    const auto is = [itemView](const char *property, int value) {
+        return itemView->property(property).toInt() == value;
+    };
+    const bool isGrid = itemView->property("flow").isValid();
+    if (isGrid ? !is("flow", 0) : is("orientation", Qt::Horizontal))
+        return {true, is("effectiveLayoutDirection", Qt::RightToLeft)};
+    constexpr int bottomToTop = 3; // QQuickItemView::BottomToTop
+    return {false, is("verticalLayoutDirection", bottomToTop)};
+}
+
+bool isOutside(double from, double length, double size)
+{
+    return from + length <= 0 || from >= size;
+}
+
+// What only touches an edge is not.
+bool isBeyond(double from, double length, double size)
+{
+    return from + length < 0 || from > size;
+}
+
+// Item views draw what lies within their edges and margins along the way that they scroll, whether
+// they clip or not, and their header and footer wherever these are.
+bool isCulledFrom(const QQuickItem *itemView, const QQuickItem *row, const QPointF &position)
+{
+    const Scrolling scrolling = scrollingOf(itemView);
+    double first = itemView->property("displayMarginBeginning").toDouble();
+    double last = itemView->property("displayMarginEnd").toDouble();
+    if (scrolling.isReversed)
+        std::swap(first, last);
+    const bool beyond = scrolling.isAcross
+        ? isBeyond(position.x() + first, row->width(), itemView->width() + first + last)
+        : isBeyond(position.y() + first, row->height(), itemView->height() + first + last);
+    const auto is = [&](const char *part) {
+        return itemView->property(part).value<QQuickItem *>() == row;
+    };
+    return beyond && !is("headerItem") && !is("footerItem");
+}
+
+bool isCulled(const QQuickItem *row)
+{
+    const QQuickItem *content = row->parentItem();
+    const QQuickItem *view = content ? content->parentItem() : nullptr;
+    if (!view || !(view->flags() & QQuickItem::ItemIsViewport))
+        return false;
+    const QPointF position = row->position() + content->position();
+    if (!isOutside(position.x(), row->width(), view->width())
+        && !isOutside(position.y(), row->height(), view->height()))
+        return false;
+    return isTableView(view) || (isItemView(view) && isCulledFrom(view, row, position));
+}
+
 // The items from `first` up to `end`, which is not among them.
 VisibleShares::ClipRun runFrom(const QQuickItem *first, const QQuickItem *end)
 {
@@ -87,18 +172,17 @@ VisibleShares::ClipRun runFrom(const QQuickItem *first, const QQuickItem *end)
     run.first = first;
     const QQuickItem *at = first;
     while (at && at != end && !run.turned) {
-        if (at->opacity() == 0) {
-            run.isClear = true;
+        run.isUndrawn = at->opacity() == 0 || isCulled(at);
+        if (run.isUndrawn)
             break;
-        }
         if (at->clip())
             run.clip.cut(boundsOf(at), -run.x, -run.y);
         if (!onlyMoves(at))
             run.turned = at;
         const QPointF position = run.turned ? QPointF() : at->position();
         run.x += position.x();
-        at = at->parentItem(); // in between: adding both halves in one go stalls the processor
         run.y += position.y();
+        at = at->parentItem();
     }
     run.next = at;
     return run;
@@ -111,11 +195,18 @@ const QWindow *shownWindow(const QQuickWindow *window)
     return shown ? shown : window;
 }
 
+// A window may lie within another.
 bool isShown(const QWindow *window)
 {
-    const QWindow::Visibility visibility = window->visibility();
-    return visibility != QWindow::Hidden && visibility != QWindow::Minimized
-        && window->opacity() != 0;
+    if (!window->isExposed())
+        return false;
+    for (; window; window = window->parent()) {
+        const QWindow::Visibility visibility = window->visibility();
+        if (visibility == QWindow::Hidden || visibility == QWindow::Minimized
+            || window->opacity() == 0)
+            return false;
+    }
+    return true;
 }
 
 Edges frameOf(const QQuickWindow *window)
@@ -124,10 +215,9 @@ Edges frameOf(const QQuickWindow *window)
     return {0, 0, double(size.width()), double(size.height())};
 }
 
-// Of the part that is left of the item, in the window's coordinates.
-std::optional<double> percentage(Edges part, const QQuickItem *item, const Edges &window)
+// Of what is left of the item.
+std::optional<double> percentage(const Edges &part, const QQuickItem *item)
 {
-    part.cut(window, 0, 0);
     const double area = boundsOf(item).area();
     if (part.isEmpty() || !(area > 0))
         return {};
@@ -136,6 +226,8 @@ std::optional<double> percentage(Edges part, const QQuickItem *item, const Edges
 
 } // namespace
 
+// The part stays in the coordinates of the item, or of what lies above the last turned one, because
+// its sides would lose their last digits on the way.
 std::optional<double> VisibleShares::of(const QQuickItem *item)
 {
     // An item's visibility knows the ancestors', its opacity does not.
@@ -150,17 +242,23 @@ std::optional<double> VisibleShares::of(const QQuickItem *item)
     if (grandparent && grandparent != m_shared.first)
         m_shared = runFrom(grandparent, nullptr);
     Edges part = boundsOf(item);
+    double x = 0;
+    double y = 0;
     for (const QQuickItem *at = item; at;) {
         const ClipRun &run = at == m_shared.first ? m_shared : runFrom(at, grandparent);
-        part.cut(run.clip, 0, 0);
-        if (run.isClear || part.isEmpty())
+        part.cut(run.clip, -x, -y);
+        if (run.isUndrawn || part.isEmpty())
             return {};
-        part.move(run.x, run.y);
-        if (run.turned)
+        x += run.x;
+        y += run.y;
+        if (run.turned) {
+            part.move(std::exchange(x, 0), std::exchange(y, 0));
             part = inParent(run.turned, part);
+        }
         at = run.next;
     }
-    return percentage(part, item, m_frame);
+    part.cut(m_frame, -x, -y);
+    return percentage(part, item);
 }
 
 std::optional<double> visibleShare(const QQuickItem *item)
@@ -172,8 +270,9 @@ std::optional<double> shareInWindow(const QQuickItem *item)
 {
     if (!item || !item->window())
         return {};
-    const Edges part = edgesOf(item->mapRectToScene(rectangle(boundsOf(item))));
-    return percentage(part, item, frameOf(item->window()));
+    Edges part = edgesOf(item->mapRectToScene(rectangle(boundsOf(item))));
+    part.cut(frameOf(item->window()), 0, 0);
+    return percentage(part, item);
 }
 
 } // namespace znt

@@ -15,7 +15,8 @@ namespace znt {
 
 // The share of the item, in percent, that its window shows: nothing when the item, or an ancestor,
 // is hidden or has an opacity of exactly 0, when nothing of it is left by clipping ancestors and
-// the window, or when it is in no window.
+// the window, when it is in a row that an item view keeps beyond its edge and does not draw, or
+// when it is in no window that is exposed.
 ZNTADS_INTERNAL std::optional<double> visibleShare(const QQuickItem *item);
 
 // The same of several items at one moment, in which nothing moves: their window, and what lies
@@ -24,7 +25,8 @@ class ZNTADS_INTERNAL VisibleShares
 {
 public:
     std::optional<double> of(const QQuickItem *item);
-    // The moment is over.
+    // Also clears what was looked at for all: the caller is about to notify code that may move
+    // items.
     void forget() { *this = {}; }
 
     // A rectangle by its edges, endless to begin with: cheaper to cut and to move than a QRectF.
@@ -44,12 +46,18 @@ public:
         }
         bool isEmpty() const { return !(left < right && top < bottom); }
         double area() const { return (right - left) * (bottom - top); }
+        // What lies within rounding of an edge is not cut, so that the whole stays whole.
         void cut(const Edges &by, double dx, double dy)
         {
-            left = qMax(left, by.left + dx);
-            top = qMax(top, by.top + dy);
-            right = qMin(right, by.right + dx);
-            bottom = qMin(bottom, by.bottom + dy);
+            constexpr double rounding = 1e-6;
+            if (by.left + dx > left + rounding)
+                left = by.left + dx;
+            if (by.top + dy > top + rounding)
+                top = by.top + dy;
+            if (by.right + dx < right - rounding)
+                right = by.right + dx;
+            if (by.bottom + dy < bottom - rounding)
+                bottom = by.bottom + dy;
         }
     };
 
@@ -59,7 +67,7 @@ public:
         const QQuickItem *first = nullptr;
         const QQuickItem *turned = nullptr; // the last, if it does more than that
         const QQuickItem *next = nullptr;   // above the run; null: the window
-        bool isClear = false;               // by its opacity
+        bool isUndrawn = false;             // by its opacity, or by an item view
         Edges clip;                         // in the first item's coordinates
         double x = 0, y = 0;                // on to those of the last, if turned, else of the next
     };

@@ -110,6 +110,68 @@ private slots:
         QVERIFY(seen > 3000 && seen < 20000); // the trees are of all kinds
     }
 
+    // Rows beyond the edge of a view are not drawn, whether it clips or not.
+    void agreesWithTheDrawnPixelsOfItemViews()
+    {
+        QQmlEngine engine;
+        const QByteArray row = "delegate: Rectangle { objectName: 'row'; implicitWidth: 30; "
+                               "implicitHeight: 20; width: 30; height: 20; color: 'white' } ";
+        for (const QByteArray &view : {QByteArray("ListView { cacheBuffer: 100; model: 12;"),
+                 QByteArray("ListView { cacheBuffer: 100; model: 12; orientation: Qt.Horizontal;"),
+                 QByteArray("ListView { cacheBuffer: 100; model: 12; displayMarginBeginning: 15;"
+                            "verticalLayoutDirection: ListView.BottomToTop;"),
+                 QByteArray(
+                     "GridView { cacheBuffer: 100; model: 30; cellWidth: 30; cellHeight: 20;"),
+                 QByteArray("TableView { model: 12;")}) {
+            const auto object = created(
+                &engine, "import QtQuick; " + view + row + "x: 25; y: 22; width: 60; height: 40 }");
+            auto *list = qobject_cast<QQuickItem *>(object.get());
+            list->setParentItem(window.contentItem());
+            auto *content = list->property("contentItem").value<QQuickItem *>();
+            int rows = 0;
+            for (int i = 0; i < 40; ++i) {
+                list->setClip(oneIn(2));
+                list->setProperty("contentX", content->height() > 100 ? 0 : between(0, 300) / 2.0);
+                list->setProperty(
+                    "contentY", list->property("originY").toDouble() + between(0, 300) / 2.0);
+                window.grabWindow();
+                for (QQuickItem *item : content->childItems()) {
+                    if (item->objectName() != "row")
+                        continue;
+                    ++rows;
+                    item->setProperty("color", QColor(Qt::red));
+                    const QImage picture = window.grabWindow();
+                    item->setProperty("color", QColor(Qt::white));
+                    const Box ad(nullptr, QRectF(QPointF(), item->size()));
+                    const double drawn = drawnShare(picture, &ad);
+                    const double share = visibleShare(item).value_or(0);
+                    QVERIFY2(qAbs(drawn - share) < 12 && (share > 0 || drawn == 0),
+                        qPrintable(QString("%1: %2, drawn %3, at %4 %5")
+                                       .arg(view)
+                                       .arg(share)
+                                       .arg(drawn)
+                                       .arg(item->x() + content->x())
+                                       .arg(item->y() + content->y())));
+                }
+            }
+            QVERIFY2(rows > 100, view.constData());
+        }
+    }
+
+    void aWholeViewIsAHundredPercent()
+    {
+        Box root(window.contentItem(), QRectF(0, 0, 119.7, 89.9));
+        root.setClip(true);
+        for (int i = 0; i < 300; ++i) {
+            QQuickItem *at = &root;
+            for (int depth = 0; depth < 3; ++depth)
+                at = new Box(at, QRectF(random.bounded(20.0), random.bounded(20.0), 31.1, 22.3));
+            QCOMPARE(visibleShare(at), std::optional(100.0));
+            at->setSize(at->size() * random.bounded(1.0));
+            QVERIFY(*visibleShare(at) == 100);
+        }
+    }
+
     void turnsAndScalesAsQtDoes()
     {
         int agreeing = 0, differing = 0;
@@ -185,6 +247,16 @@ private slots:
         QCOMPARE(shareInWindow(&ad), std::optional(100.0));
         window.show();
         QCOMPARE(visibleShare(&ad), std::optional(100.0));
+
+        // What lies in a window that lies in another is seen with it.
+        ShownWindow outer({200, 200});
+        for (int i = 0; i < 2; ++i)
+            QTest::ignoreMessage(QtWarningMsg, "This plugin does not support setParent!");
+        window.setParent(&outer);
+        QTRY_COMPARE(visibleShare(&ad), std::optional(100.0));
+        outer.hide();
+        QVERIFY(!visibleShare(&ad));
+        window.setParent(nullptr);
     }
 };
 
