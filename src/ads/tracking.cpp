@@ -59,7 +59,7 @@ void fireTracking(
         const QString url = list.at(i).toString();
         if (url.isEmpty())
             continue;
-        sendHttp(Session::Shared, {.url = QUrl::fromEncoded(url.toUtf8(), QUrl::TolerantMode)},
+        sendHttp(Session::Shared, {.url = url},
             [batch, url](const HttpAnswer &answer) { batch->answered(url, answer); });
     }
     if (list.size() > maximumTrackers)

@@ -25,7 +25,7 @@ namespace {
 constexpr auto freqCtrlArgKey = "ZNTAds_FreqCtrlArg";
 constexpr auto interactionCtrlArgKey = "ZNTAds_InteractionCtrlArg";
 
-HttpRequest httpRequest(const QUrl &url, const QString &method,
+HttpRequest httpRequest(const QString &url, const QString &method,
     const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers)
 {
     HttpRequest request{.url = url, .method = method.toLatin1()};
@@ -200,7 +200,7 @@ void ZNTAdsManager::Private::send(const QString &url, const QString &method,
         logInfo("Request Headers: %1", textOf(headers));
         logInfo("Request Params: %1", params ? json::text(*params) : QString());
     }
-    sendHttp(Session::Exchange, httpRequest(QUrl(url), method, params, headers),
+    sendHttp(Session::Exchange, httpRequest(url, method, params, headers),
         [this, done = std::move(done)](const HttpAnswer &answer) mutable {
             if (!answer.error) {
                 readResponse(answer.body, std::move(done));
@@ -265,7 +265,8 @@ void ZNTAdsManager::Private::loadAdConfig()
     if (isLogEnabled)
         logInfo("Config Request - Headers: %1, Params: %2", textOf(headers), json::text(body));
     sendHttp(Session::Exchange,
-        httpRequest(endpoint(Endpoint::Configuration), QStringLiteral("POST"), body, headers),
+        httpRequest(
+            endpoint(Endpoint::Configuration).toString(), QStringLiteral("POST"), body, headers),
         [this](const HttpAnswer &answer) {
             if (!answer.error)
                 inPool([this, body = answer.body] { readConfiguration(body); });

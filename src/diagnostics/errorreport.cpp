@@ -79,12 +79,12 @@ void reportError(const QString &summary, const QString &details)
     const qint64 time = QDateTime::currentMSecsSinceEpoch();
     onMainThread([time, summary, details] {
         const HttpRequest request{
-            .url = endpoint(Endpoint::LogUpload),
+            .url = endpoint(Endpoint::LogUpload).toString(QUrl::FullyEncoded),
             .method = "POST",
             .headers = {{"Content-Type", "application/json"}},
             .body = json::compact(reportOf(time, summary, details)),
         };
-        sendHttp(Session::Shared, request, writeResult);
+        sendHttp(Session::Reports, request, writeResult);
     });
 }
 

@@ -1,5 +1,7 @@
 #include "net/httpclient.h"
 
+#include "net/networkmanager.h"
+
 #include <QNetworkReply>
 #include <QThread>
 
@@ -7,14 +9,21 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <memory>
+#include <ranges>
 
 namespace znt {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr int maxRedirects = 10;
-constexpr int mostUnderWay = 16;
+constexpr qsizetype maxUrlLength = 65'536;
+constexpr int maxInFlight = 6;  // as many connections as Qt opens to an origin
+constexpr int maxManagers = 32; // each has a thread; more origins than that share them
+constexpr auto maxWaitAtEnd = 250ms;
 
 // An upload that cannot be rewound: without one, a request whose connection drops before the answer
 // would silently be sent again.
@@ -53,32 +62,79 @@ private:
     qint64 m_read = 0;
 };
 
-std::optional<QByteArray> gunzipped(const QByteArray &packed, qint64 limit)
+// Unpacks the members of a gzip stream as they arrive.
+class Gunzip
 {
-    z_stream stream{};
-    if (inflateInit2(&stream, 15 + 16) != Z_OK) // 16: a gzip header is expected
-        return {};
-    const auto guard = qScopeGuard([&stream] { inflateEnd(&stream); });
-    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(packed.constData()));
-    stream.avail_in = uInt(packed.size());
+public:
+    Gunzip() { inflateInit2(&m_stream, 15 + 16); } // 16: a gzip header is expected
+    ~Gunzip() { inflateEnd(&m_stream); }
+    Q_DISABLE_COPY_MOVE(Gunzip)
 
-    QByteArray plain;
-    std::array<char, 16 * 1024> chunk;
-    int state = Z_OK;
-    while (state == Z_OK) {
-        stream.next_out = reinterpret_cast<Bytef *>(chunk.data());
-        stream.avail_out = uInt(chunk.size());
-        state = inflate(&stream, Z_NO_FLUSH);
-        plain.append(chunk.data(), qsizetype(chunk.size() - stream.avail_out));
-        if (plain.size() > limit)
-            return {};
+    // Appends what the bytes expand to, until that is longer than the limit.
+    void unpack(const QByteArray &packed, QByteArray &plain, qint64 limit)
+    {
+        m_stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(packed.constData()));
+        m_stream.avail_in = uInt(packed.size());
+        while (plain.size() <= limit && hasMore())
+            inflateOnce(plain);
     }
-    return state == Z_STREAM_END ? std::optional(plain) : std::nullopt;
-}
+
+    bool isComplete() const { return m_state == Z_STREAM_END; }
+
+private:
+    bool hasMore()
+    {
+        if (m_state == Z_STREAM_END && m_stream.avail_in > 0 && *m_stream.next_in == 0x1f)
+            m_state = inflateReset(&m_stream); // another member; anything else is passed over
+        return m_state == Z_OK && (m_stream.avail_in > 0 || m_stream.avail_out == 0);
+    }
+
+    void inflateOnce(QByteArray &plain)
+    {
+        std::array<char, 16 * 1024> chunk;
+        m_stream.next_out = reinterpret_cast<Bytef *>(chunk.data());
+        m_stream.avail_out = uInt(chunk.size());
+        m_state = inflate(&m_stream, Z_NO_FLUSH);
+        if (m_state == Z_BUF_ERROR)
+            m_state = Z_OK; // more is to come
+        plain.append(chunk.data(), qsizetype(chunk.size() - m_stream.avail_out));
+    }
+
+    z_stream m_stream{};
+    int m_state = Z_OK;
+};
 
 ZNTError networkError(QNetworkReply::NetworkError code, const QString &text)
 {
     return {QStringLiteral("QNetworkReply"), code, text};
+}
+
+bool isHexDigit(QChar c)
+{
+    return c.unicode() < 0x80 && std::isxdigit(c.unicode());
+}
+
+// QUrl escapes every % of a text in which one begins no escape, so that one is escaped here.
+QUrl parsedUrl(const QString &text)
+{
+    QString escaped = text;
+    for (qsizetype at = text.lastIndexOf(u'%'); at >= 0;
+         at = at ? text.lastIndexOf(u'%', at - 1) : -1) {
+        const bool isEscape =
+            at + 2 < text.size() && isHexDigit(text[at + 1]) && isHexDigit(text[at + 2]);
+        if (!isEscape)
+            escaped.insert(at + 1, u"25");
+    }
+    return QUrl(escaped);
+}
+
+// Scheme, host and port.
+QUrl originUrl(const QUrl &url)
+{
+    QUrl origin = url.adjusted(
+        QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment);
+    origin.setPort(url.port(url.scheme() == u"https" ? 443 : 80));
+    return origin;
 }
 
 bool isHttp(const QUrl &url)
@@ -102,27 +158,31 @@ bool isTransferError(const QNetworkReply *reply)
     return error != QNetworkReply::NoError && !(isStatus && answered);
 }
 
-// One request on its way: collects the body within the limits and answers once.
+// One request on its way: collects the body within the limits, and finishes once.
 class Transfer : public QObject
 {
 public:
+    // Gets the answer, or the redirection that is to be followed for it.
+    using Finished =
+        std::function<void(const HttpAnswer &answer, const std::optional<QUrl> &redirection)>;
+
     Transfer(QNetworkReply *reply, const HttpLimits &limits, const QDeadlineTimer &deadline,
-        HttpClient::Done done)
+        Finished finished)
         : QObject(reply)
         , m_reply(reply)
         , m_limits(limits)
-        , m_done(std::move(done))
+        , m_finished(std::move(finished))
     {
         connect(reply, &QNetworkReply::readyRead, this, &Transfer::read);
         connect(reply, &QNetworkReply::finished, this, &Transfer::finish);
-        QTimer::singleShot(int(deadline.remainingTime()), Qt::PreciseTimer, this, [this] {
+        connect(&m_timeOut, &QTimer::timeout, this, [this] {
             abort(networkError(
                 QNetworkReply::TimeoutError, QStringLiteral("The request timed out.")));
         });
+        m_timeOut.setSingleShot(true);
+        m_timeOut.setTimerType(Qt::PreciseTimer);
+        m_timeOut.start(int(deadline.remainingTime()));
     }
-
-    // Sends the request on to another place and answers later; false when that is not allowed.
-    std::function<bool(const QUrl &target, int status, const HttpClient::Done &done)> follow;
 
 private:
     void read()
@@ -130,14 +190,26 @@ private:
         const QByteArray bytes = m_reply->readAll();
         m_received += bytes.size();
         if (!m_limits.discardBody)
-            m_answer.body += bytes;
-        if (m_received <= m_limits.bytes)
+            take(bytes);
+        if (qMax(m_received, qint64(m_answer.body.size())) <= m_limits.bytes)
             return;
         if (m_limits.discardBody)
             abort({});
         else
             abort(networkError(
                 QNetworkReply::UnknownContentError, QStringLiteral("The answer is too large.")));
+    }
+
+    void take(const QByteArray &bytes)
+    {
+        const QByteArray encoding = m_reply->rawHeader("Content-Encoding").trimmed().toLower();
+        if (encoding != "gzip" && encoding != "x-gzip") {
+            m_answer.body += bytes;
+            return;
+        }
+        if (!m_gunzip)
+            m_gunzip.emplace();
+        m_gunzip->unpack(bytes, m_answer.body, m_limits.bytes);
     }
 
     void abort(const std::optional<ZNTError> &error)
@@ -149,18 +221,13 @@ private:
 
     void finish()
     {
+        m_timeOut.stop();
         m_reply->deleteLater();
         m_answer.status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         const std::optional<QUrl> target = m_decided ? std::nullopt : redirection();
-        if (target) {
-            if (follow(*target, m_answer.status, m_done))
-                return;
-            m_answer.error = networkError(QNetworkReply::InsecureRedirectError,
-                QStringLiteral("The redirection was refused."));
-        } else if (!m_decided) {
+        if (!target && !m_decided)
             complete();
-        }
-        std::exchange(m_done, {})(m_answer);
+        std::exchange(m_finished, {})(m_answer, target);
     }
 
     // Qt gives up a 307 and a 308 by itself when the upload cannot be rewound.
@@ -171,29 +238,24 @@ private:
         if (location.isEmpty() || !std::ranges::count(statuses, m_answer.status)
             || (isTransferError(m_reply) && m_reply->error() != QNetworkReply::ContentReSendError))
             return {};
-        return QUrl::fromEncoded(location);
+        return location.size() > maxUrlLength ? QUrl() : parsedUrl(QString::fromUtf8(location));
     }
 
     void complete()
     {
-        if (isTransferError(m_reply)) {
+        if (isTransferError(m_reply))
             m_answer.error = networkError(m_reply->error(), m_reply->errorString());
-            return;
-        }
-        const QByteArray encoding = m_reply->rawHeader("Content-Encoding").trimmed().toLower();
-        if (m_limits.discardBody || (encoding != "gzip" && encoding != "x-gzip"))
-            return;
-        if (auto plain = gunzipped(m_answer.body, m_limits.bytes))
-            m_answer.body = *plain;
-        else
+        else if (m_gunzip && !m_gunzip->isComplete())
             m_answer.error = networkError(QNetworkReply::UnknownContentError,
                 QStringLiteral("The answer's encoding is broken."));
     }
 
     QNetworkReply *const m_reply;
     const HttpLimits m_limits;
-    HttpClient::Done m_done;
+    Finished m_finished;
+    QTimer m_timeOut;
     HttpAnswer m_answer;
+    std::optional<Gunzip> m_gunzip;
     qint64 m_received = 0;
     bool m_decided = false;
 };
@@ -203,12 +265,18 @@ private:
 HttpClient::HttpClient(const HttpLimits &limits, QObject *parent)
     : QObject(parent)
     , m_limits(limits)
-    , m_network(this)
-    , m_turn(this)
+    , m_cookies(this)
+    , m_nextStart(this)
 {
-    m_turn.setSingleShot(true);
-    m_turn.setInterval(0);
-    connect(&m_turn, &QTimer::timeout, this, &HttpClient::startNext);
+    m_nextStart.setSingleShot(true);
+    m_nextStart.setInterval(0);
+    connect(&m_nextStart, &QTimer::timeout, this, &HttpClient::startNext);
+}
+
+HttpClient::~HttpClient()
+{
+    m_origins.clear();
+    waitForDiscardedManagers(maxWaitAtEnd);
 }
 
 void HttpClient::send(const HttpRequest &request, Done done)
@@ -224,59 +292,125 @@ void HttpClient::send(const HttpRequest &request, Done done)
 
 void HttpClient::enqueue(Call call)
 {
-    m_waiting.push_back(std::move(call));
-    if (!m_turn.isActive())
-        m_turn.start();
+    m_pending.push_back(std::move(call));
+    if (!m_nextStart.isActive())
+        m_nextStart.start();
 }
 
 void HttpClient::startNext()
 {
-    if (m_waiting.empty() || m_underWay == mostUnderWay)
-        return;
-    const Call call = std::move(m_waiting.front());
-    m_waiting.pop_front();
-    ++m_underWay;
-    m_turn.start();
-    const auto finish = [this, done = call.done](const HttpAnswer &answer) {
-        --m_underWay;
-        m_turn.start();
-        if (done)
-            done(answer);
-    };
-    start(call.request, finish, {QDeadlineTimer(m_limits.total)});
-}
-
-void HttpClient::start(const HttpRequest &request, const Done &done, const Journey &journey)
-{
-    if (!isHttp(request.url)) {
-        done({networkError(QNetworkReply::ProtocolUnknownError, QStringLiteral("unsupported URL")),
-            0, {}});
+    if (m_pending.empty()) {
+        m_origins.remove_if([](const Origin &o) { return o.inFlight == 0 && o.pending.empty(); });
         return;
     }
-    QNetworkReply *reply = this->request(request);
-    auto *transfer = new Transfer(reply, m_limits, journey.deadline, done);
-    transfer->follow = [this, request, journey](
-                           const QUrl &target, int status, const Done &pending) {
-        const QUrl url = request.url.resolved(target);
-        if (journey.redirects == maxRedirects || !isHttp(url)
-            || (request.url.scheme() == u"https" && url.scheme() == u"http"))
+    Call call = std::move(m_pending.front());
+    m_pending.pop_front();
+    m_nextStart.start();
+    const bool isTooLong = call.request.url.size() > maxUrlLength;
+    const QUrl url = isTooLong ? QUrl() : parsedUrl(call.request.url);
+    if (!isHttp(url)) {
+        if (call.done)
+            call.done({networkError(
+                           QNetworkReply::ProtocolUnknownError, QStringLiteral("unsupported URL")),
+                0, {}});
+        return;
+    }
+    Origin &origin = originOf(url);
+    if (origin.inFlight == maxInFlight)
+        origin.pending.push_back(std::move(call));
+    else
+        start(call, {url, QDeadlineTimer(m_limits.total)});
+}
+
+void HttpClient::start(const Call &call, const RedirectState &state)
+{
+    Origin &origin = originOf(state.url);
+    ++origin.inFlight;
+    QNetworkReply *reply = request(*origin.manager, state.url, call.request);
+    new Transfer(reply, m_limits, state.deadline,
+        [this, call, state, &origin, reply](
+            const HttpAnswer &answer, const std::optional<QUrl> &redirection) {
+            // A connection that was given up, or has left HTTP, may hold up all others of its
+            // manager.
+            finish(origin,
+                m_limits.onFreshConnection || answer.status == 101
+                    || reply->error() == QNetworkReply::OperationCanceledError);
+            if (redirection && follow(call, state, *redirection, answer.status))
+                return;
+            HttpAnswer result = answer;
+            if (redirection)
+                result.error = networkError(QNetworkReply::InsecureRedirectError,
+                    QStringLiteral("The redirection was refused."));
+            if (call.done)
+                call.done(result);
+        });
+}
+
+void HttpClient::finish(Origin &origin, bool closes)
+{
+    --origin.inFlight;
+    origin.isClosed |= closes;
+    do {
+        if (origin.pending.empty())
+            break;
+        m_pending.push_front(std::move(origin.pending.back()));
+        origin.pending.pop_back();
+    } while (origin.isClosed);
+    m_nextStart.start();
+}
+
+bool HttpClient::follow(
+    const Call &call, const RedirectState &state, const QUrl &target, int status)
+{
+    const QUrl url = state.url.resolved(target);
+    if (state.count == maxRedirects || !isHttp(url)
+        || (state.url.scheme() == u"https" && url.scheme() == u"http"))
+        return false;
+    Call next = call;
+    if (status != 307 && status != 308) {
+        if (next.request.method != "HEAD")
+            next.request.method = "GET";
+        next.request.body.clear();
+    }
+    if (originUrl(url) != originUrl(state.url)) {
+        if (!next.request.body.isEmpty())
             return false;
-        HttpRequest next = request;
-        next.url = url;
-        if (status != 307 && status != 308) {
-            next.method = "GET";
-            next.body.clear();
-        }
-        start(next, pending, {journey.deadline, journey.redirects + 1});
-        return true;
-    };
+        next.request.headers.clear();
+    }
+    start(next, {url, state.deadline, state.count + 1});
+    return true;
+}
+
+HttpClient::Origin &HttpClient::originOf(const QUrl &url)
+{
+    const QUrl wanted = originUrl(url);
+    const auto found = std::ranges::find_if(m_origins,
+        [&wanted](const Origin &origin) { return !origin.isClosed && origin.url == wanted; });
+    if (found != m_origins.end())
+        return *found;
+    return m_origins.emplace_back(Origin{.url = wanted, .manager = managerFor(wanted)});
+}
+
+// One of its own, so that an origin which holds its manager's thread holds up no other.
+std::shared_ptr<QNetworkAccessManager> HttpClient::managerFor(const QUrl &origin)
+{
+    auto open = m_origins | std::views::filter([](const Origin &o) { return !o.isClosed; });
+    if (std::ranges::distance(open) >= maxManagers)
+        return std::ranges::min_element(open, {}, [](const Origin &o) {
+            return o.manager.use_count();
+        })->manager;
+    auto manager = makeNetworkManager(origin);
+    manager->setCookieJar(&m_cookies);
+    m_cookies.setParent(this); // the manager has just made it its own
+    return manager;
 }
 
 // Redirections are followed here: Qt, when it follows one of a request that it may not send again,
 // sometimes does send it again.
-QNetworkReply *HttpClient::request(const HttpRequest &request)
+QNetworkReply *HttpClient::request(
+    QNetworkAccessManager &manager, const QUrl &url, const HttpRequest &request) const
 {
-    QNetworkRequest wire(request.url);
+    QNetworkRequest wire(url);
     wire.setAttribute(
         QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     if (m_limits.inactivity < m_limits.total) // Qt's timer may fire half a second too soon
@@ -284,13 +418,15 @@ QNetworkReply *HttpClient::request(const HttpRequest &request)
     wire.setRawHeader("Accept-Encoding", "gzip"); // else Qt unpacks by itself, and without a bound
     for (const auto &[name, value] : request.headers)
         wire.setRawHeader(name, value);
+    if (request.method == "HEAD")
+        return manager.head(wire); // Qt would wait for the body of any other method
     if (m_limits.mayResend && request.method == "GET")
-        return m_network.get(wire);
+        return manager.get(wire);
 
     wire.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
     wire.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
     auto *upload = new OneWayUpload(request.body, nullptr);
-    QNetworkReply *reply = m_network.sendCustomRequest(wire, request.method, upload);
+    QNetworkReply *reply = manager.sendCustomRequest(wire, request.method, upload);
     upload->setParent(reply);
     return reply;
 }

@@ -5,6 +5,7 @@
 
 #include <QDeadlineTimer>
 #include <QNetworkAccessManager>
+#include <QNetworkCookieJar>
 #include <QObject>
 #include <QTimer>
 #include <QUrl>
@@ -12,13 +13,23 @@
 #include <chrono>
 #include <deque>
 #include <functional>
+#include <list>
 #include <optional>
 
 namespace znt {
 
+// The URL goes out as it is written but for what QUrl cannot carry:
+// - an escape of a letter, a digit or one of -._~ goes out as that character, and the hexadecimal
+//   digits of the others in upper case;
+// - the segments "." and ".." of the path are resolved;
+// - blanks, control characters, "<>\^`{|} and all beyond ASCII are escaped, as is a % that begins
+// no
+//   escape;
+// - scheme and host go out in lower case, a host that is a number as an IPv4 address;
+// - the fragment and the user's name and password are left out.
 struct HttpRequest
 {
-    QUrl url;
+    QString url;
     QByteArray method = "GET";
     QList<QPair<QByteArray, QByteArray>> headers{};
     QByteArray body{};
@@ -42,6 +53,8 @@ struct HttpLimits
     bool discardBody = false;
     // Qt may send a request again whose connection drops before the answer.
     bool mayResend = false;
+    // No request goes out on a connection that has served another: a server may have left it.
+    bool onFreshConnection = false;
 };
 
 class ZNTADS_INTERNAL HttpClient : public QObject
@@ -52,11 +65,15 @@ public:
     using Done = std::function<void(const HttpAnswer &)>;
 
     explicit HttpClient(const HttpLimits &limits, QObject *parent = nullptr);
+    ~HttpClient() override;
 
     // From any thread; `done` runs in the client's own, exactly once unless the client is destroyed
-    // before. Only http and https are sent, anything else is a failure. Redirections are followed,
-    // but never from https to http. Of many requests only some are under way at a time, each begun
-    // in a turn of the event loop of its own; a request's time begins then.
+    // before. Only http and https are sent, anything else and a URL of more than 65,536 characters
+    // is a failure. Each request is begun in its own iteration of the event loop, when fewer than
+    // six are in flight to the same origin (scheme, host and port); its time runs from then on.
+    // Redirections are followed, but never from https to http. Headers and body do not leave the
+    // first origin: elsewhere a redirection is followed without the headers, and refused when it
+    // would have to take the body along.
     void send(const HttpRequest &request, Done done);
 
 private:
@@ -65,21 +82,37 @@ private:
         HttpRequest request;
         Done done;
     };
-    struct Journey
+    // What is in flight to one origin, or waits for that. It goes with its last request, and its
+    // connections with it.
+    struct Origin
     {
+        QUrl url;
+        std::shared_ptr<QNetworkAccessManager> manager;
+        int inFlight = 0;
+        bool isClosed = false; // takes no further request
+        std::deque<Call> pending{};
+    };
+    struct RedirectState
+    {
+        QUrl url;
         QDeadlineTimer deadline;
-        int redirects = 0;
+        int count = 0;
     };
     void enqueue(Call call);
     void startNext();
-    void start(const HttpRequest &request, const Done &done, const Journey &journey);
-    QNetworkReply *request(const HttpRequest &request);
+    void start(const Call &call, const RedirectState &state);
+    void finish(Origin &origin, bool closes);
+    bool follow(const Call &call, const RedirectState &state, const QUrl &target, int status);
+    Origin &originOf(const QUrl &url);
+    std::shared_ptr<QNetworkAccessManager> managerFor(const QUrl &origin);
+    QNetworkReply *request(
+        QNetworkAccessManager &manager, const QUrl &url, const HttpRequest &request) const;
 
     HttpLimits m_limits;
-    QNetworkAccessManager m_network;
-    QTimer m_turn;
-    std::deque<Call> m_waiting;
-    int m_underWay = 0;
+    QNetworkCookieJar m_cookies;
+    QTimer m_nextStart;
+    std::deque<Call> m_pending;
+    std::list<Origin> m_origins;
 };
 
 } // namespace znt

@@ -29,7 +29,7 @@ void fetchImageAndCopy(const QString &url, QObject *receiver,
             done(pictures.first, pictures.second);
     };
     // The answer comes on the session's thread, where the receiver must not be looked at.
-    sendHttp(Session::Images, {.url = QUrl(url)},
+    sendHttp(Session::Images, {.url = url},
         [receiver = QPointer<QObject>(receiver), makeCopy = std::move(makeCopy), take](
             const HttpAnswer &answer) {
             const bool arrived = !answer.error && answer.status / 100 == 2;

@@ -13,13 +13,14 @@ HttpLimits limitsOf(Session session)
     using namespace std::chrono_literals;
     switch (session) {
     case Session::Shared:
+    case Session::Reports:
         return {.inactivity = 60s, .total = 60s, .bytes = 1024 * 1024, .discardBody = true};
     case Session::Images:
         return {.inactivity = 30s, .total = 120s, .bytes = 32 * 1024 * 1024, .mayResend = true};
     case Session::Exchange:
         break;
     }
-    return {};
+    return {.onFreshConnection = true};
 }
 
 class Sessions
@@ -28,11 +29,13 @@ public:
     Sessions()
         : m_exchange(limitsOf(Session::Exchange))
         , m_shared(limitsOf(Session::Shared))
+        , m_reports(limitsOf(Session::Reports))
         , m_images(new HttpClient(limitsOf(Session::Images)))
     {
         QThread *const mainThread = QCoreApplication::instance()->thread();
         m_exchange.moveToThread(mainThread);
         m_shared.moveToThread(mainThread);
+        m_reports.moveToThread(mainThread);
         m_images->moveToThread(&m_imageThread);
         m_imageThread.setObjectName(QStringLiteral("com.zntads.images"));
         QObject::connect(&m_imageThread, &QThread::finished, m_images, &QObject::deleteLater);
@@ -52,6 +55,8 @@ public:
             return &m_exchange;
         case Session::Shared:
             return &m_shared;
+        case Session::Reports:
+            return &m_reports;
         case Session::Images:
             break;
         }
@@ -61,6 +66,7 @@ public:
 private:
     HttpClient m_exchange;
     HttpClient m_shared;
+    HttpClient m_reports;
     HttpClient *m_images;
     QThread m_imageThread;
 };

@@ -8,7 +8,8 @@ namespace znt {
 // Made at first use, gone with the application object.
 enum class Session {
     Exchange, // the exchange's endpoints, on the main thread
-    Shared,   // tracking and error reports, on the main thread
+    Shared,   // tracking, on the main thread
+    Reports,  // error reports, on the main thread
     Images,   // creatives' pictures, on a thread of its own
 };
 

@@ -13,7 +13,7 @@ namespace znt {
 VideoPlayer::VideoPlayer(const QString &url)
     : m_url(url)
 {
-    sendHttp(Session::Images, {.url = m_url},
+    sendHttp(Session::Images, {.url = url},
         [self = QPointer<VideoPlayer>(this)](const HttpAnswer &answer) {
             const bool arrived = !answer.error && answer.status / 100 == 2;
             if (!arrived || answer.body.isEmpty())
