@@ -41,7 +41,8 @@ public:
     /// this.
     void initializeWithAppId(const QString &appId, const QString &mediaId, const QString &secret);
 
-    /// Asks for one ad. Exactly one of the callbacks runs later.
+    /// Asks for one ad. Exactly one of the callbacks runs later; a price that is not finite, or ids
+    /// with a control character, are a failure at once, on the calling thread.
     /// @param positionId the ad position; null and empty are sent as an empty text
     /// @param bidPrice a price in the exchange's unit
     /// @param success gets an answer whose code is 200; may be empty
@@ -49,8 +50,13 @@ public:
     void requestAdWithPositionId(
         const QString &positionId, double bidPrice, AdSuccess success, AdFailure failure);
     /// Sends one request of any kind and reads the answer as the exchange's envelope. The HTTP
-    /// status is not looked at, only the body counts; the whole takes at most 15 seconds.
-    /// @param url an http or https address; anything else ends in an error
+    /// status is not looked at, only the body counts; the whole takes at most 15 seconds. A request
+    /// that cannot be written down is an error at once, on the calling thread: a number in the body
+    /// that is not finite, a control character in a header. Headers and body are sent to the origin
+    /// of @p url alone: a redirection elsewhere is followed without the headers, and is an error
+    /// when it would have to take the body along.
+    /// @param url an http or https address of at most 65,536 characters, anything else ends in an
+    /// error; it goes out unchanged as far as QUrl can carry it (README, "On the wire")
     /// @param method the HTTP method, as written
     /// @param params the JSON body, sent only when @p method is exactly "POST"
     /// @param headers sent as they are

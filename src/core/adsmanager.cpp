@@ -39,6 +39,14 @@ HttpRequest httpRequest(const QString &url, const QString &method,
     return request;
 }
 
+// Why the request cannot be sent at all.
+std::optional<ZNTError> requestError(const QString &method,
+    const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers)
+{
+    const auto error = headerError(headers);
+    return error || !params || method != u"POST" ? error : bodyError(*params);
+}
+
 QString textOf(const QMap<QString, QString> &headers)
 {
     QJsonObject object;
@@ -195,6 +203,10 @@ void ZNTAdsManager::sendRequestWithURL(const QString &url, const QString &method
 void ZNTAdsManager::Private::send(const QString &url, const QString &method,
     const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers, Done done)
 {
+    if (const auto error = requestError(method, params, headers)) {
+        done({{}, error, {}});
+        return;
+    }
     if (isLogEnabled) {
         logInfo("Request URL: %1", url);
         logInfo("Request Headers: %1", textOf(headers));
@@ -262,6 +274,11 @@ void ZNTAdsManager::Private::loadAdConfig()
     const QJsonObject body{{QStringLiteral("releaseDateTime"), QLatin1String("")},
         {QStringLiteral("version"), QLatin1String("")}};
     const QMap<QString, QString> headers = headersNow();
+    if (const auto error = headerError(headers)) {
+        if (isLogEnabled)
+            logError("Config Request Failed: %1", *error);
+        return;
+    }
     if (isLogEnabled)
         logInfo("Config Request - Headers: %1, Params: %2", textOf(headers), json::text(body));
     sendHttp(Session::Exchange,

@@ -7,6 +7,8 @@
 #include <QJsonArray>
 #include <QUuid>
 
+#include <algorithm>
+
 namespace znt {
 
 namespace {
@@ -54,7 +56,37 @@ QJsonObject signedBody(const Identity &identity, const QString &networkType)
     };
 }
 
+bool fitsJson(const QJsonValue &value)
+{
+    if (value.isArray())
+        return std::ranges::all_of(value.toArray(), fitsJson);
+    if (value.isObject())
+        return std::ranges::all_of(value.toObject(), fitsJson);
+    return !value.isDouble() || qIsFinite(value.toDouble());
+}
+
+bool fitsHeader(const QString &text)
+{
+    return std::ranges::none_of(text, [](QChar c) { return c < u' ' || c == u'\x7f'; });
+}
+
 } // namespace
+
+std::optional<ZNTError> bodyError(const QJsonObject &body)
+{
+    if (fitsJson(body))
+        return {};
+    return ZNTError(QStringLiteral("QJsonDocument"), 0,
+        QStringLiteral("The body holds a number that is not finite."));
+}
+
+std::optional<ZNTError> headerError(const QMap<QString, QString> &headers)
+{
+    if (std::ranges::all_of(headers.keys(), fitsHeader) && std::ranges::all_of(headers, fitsHeader))
+        return {};
+    return ZNTError(QStringLiteral("QNetworkRequest"), 0,
+        QStringLiteral("A header holds a control character."));
+}
 
 QString sha256Hex(const QString &string)
 {

@@ -1,11 +1,13 @@
 // What a request to the exchange carries: who asks, from which device, and the signature.
 #pragma once
 
-#include <ZNTAds/ZNTAdsGlobal.h>
+#include <ZNTAds/ZNTError.h>
 
 #include <QJsonObject>
 #include <QMap>
 #include <QString>
+
+#include <optional>
 
 namespace znt {
 
@@ -20,6 +22,11 @@ ZNTADS_INTERNAL QString sha256Hex(const QString &text);
 
 // The six headers of a signed request made at this moment, in seconds since 1970-01-01 UTC.
 ZNTADS_INTERNAL QMap<QString, QString> signedHeaders(const Identity &identity, qint64 seconds);
+
+// Why a request cannot be written down: a number that JSON has no form for (not a number, infinity)
+// or a control character in a header, which would end it.
+std::optional<ZNTError> bodyError(const QJsonObject &body);
+std::optional<ZNTError> headerError(const QMap<QString, QString> &headers);
 
 struct AdRequest
 {

@@ -231,6 +231,32 @@ private slots:
         exchange.setSecret("s3cret");
     }
 
+    // Nothing is sent, and the failure comes before the call returns.
+    void whatCannotBeWrittenDown()
+    {
+        int failures = 0;
+        const auto count = [&failures](const auto &...) { ++failures; };
+        for (const double price : {qQNaN(), qInf(), -qInf()})
+            manager->requestAdWithPositionId("splash", price, {}, count);
+        manager->sendNegativeFeedbackWithType(
+            1, "ad", QJsonArray{QJsonObject{{"x", qInf()}}}, count);
+        manager->sendRequestWithURL(exchange.at("/x"), "POST", {}, {{"a", "b\r\nc: d"}}, count);
+        manager->sendRequestWithURL(exchange.at("/x"), "GET", {}, {{"a\n", "b"}}, count);
+        manager->setAppId("app\n");
+        manager->requestAdWithPositionId("splash", 0, {}, count);
+        manager->setAppId("app");
+        QCOMPARE(failures, 7);
+
+        // Params go out with a POST alone.
+        bool answered = false;
+        manager->sendRequestWithURL(exchange.at("/x"), "GET", QJsonObject{{"x", qInf()}}, {},
+            [&answered](const auto &...) { answered = true; });
+        QVERIFY(!answered);
+        QTRY_VERIFY(answered);
+        QCOMPARE(exchange.hits("/x"), 1);
+        QCOMPARE(exchange.hits("/s/req2.do") + exchange.hits("/s/negfb.do"), 0);
+    }
+
     void exposureRatio()
     {
         for (const auto &[given, expected] :
