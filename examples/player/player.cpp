@@ -5,7 +5,6 @@
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTAdsSDK.h>
 
-#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QTimer>
 
@@ -34,7 +33,8 @@ void Player::start()
     const qint64 left = milliseconds(m_options.duration) - m_events.milliseconds();
     QTimer::singleShot(qMax<qint64>(0, left), Qt::PreciseTimer, qApp, &QCoreApplication::quit);
     registerHost();
-    ZNTAdsSDK::setUrlOpener([this](const QUrl &url) { return openUrl(url); });
+    ZNTAdsSDK::setLinkOpener(
+        [this](const QString &link, const auto &done) { openLink(link, done); });
     if (m_options.exposureRatio)
         ZNTAdsManager::sharedInstance()->setExposureRatio(*m_options.exposureRatio);
     play();
@@ -54,17 +54,21 @@ void Player::registerHost()
         m_events.write(u"registered"_s);
 }
 
-bool Player::openUrl(const QUrl &url)
+void Player::openLink(const QString &link, const std::function<void(bool)> &done)
 {
     const UrlOpening how =
         m_options.urlOpening.value_or(isOffScreen() ? UrlOpening::Ok : UrlOpening::Desktop);
-    const bool isWeb = url.scheme() == u"http"_s || url.scheme() == u"https"_s;
-    bool opened = how == UrlOpening::Ok || (how == UrlOpening::FailDeeplink && isWeb);
-    if (how == UrlOpening::Desktop)
-        opened = QDesktopServices::openUrl(url);
-    m_events.write(
-        u"openUrl"_s, {{u"url"_s, url.toString(QUrl::FullyEncoded)}, {u"opened"_s, opened}});
-    return opened;
+    const auto tell = [this, link, done](bool opened) {
+        m_events.write(u"openUrl"_s, {{u"url"_s, link}, {u"opened"_s, opened}});
+        done(opened);
+    };
+    if (how == UrlOpening::Desktop) {
+        ZNTAdsSDK::openLink(link, tell);
+        return;
+    }
+    const bool isWeb = link.startsWith(u"http:"_s, Qt::CaseInsensitive)
+        || link.startsWith(u"https:"_s, Qt::CaseInsensitive);
+    tell(how == UrlOpening::Ok || (how == UrlOpening::FailDeeplink && isWeb));
 }
 
 void Player::play()

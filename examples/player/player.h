@@ -18,7 +18,7 @@ public:
 
 private:
     void registerHost();
-    bool openUrl(const QUrl &url);
+    void openLink(const QString &link, const std::function<void(bool)> &done);
     void play();
     void finish(int status);
 

@@ -49,10 +49,40 @@ public:
 
     /// Opens a click target and says whether that worked; called on the main thread.
     using UrlOpener = std::function<bool(const QUrl &url)>;
-    /// Lets the host open click targets itself, for instance in a browser view of its own. Targets
-    /// that are local files or resources never reach it. It is kept until another takes its place;
-    /// an empty @p opener brings QDesktopServices::openUrl() back.
+    /// Lets the host open click targets itself, for instance in a browser view of its own. It is
+    /// kept until another takes its place; an empty @p opener takes it away.
+    ///
+    /// QUrl normalises what it reads (`acme://21` becomes `acme://0.0.0.21`, `app3://goHome` loses
+    /// its capital) and cannot carry every link (`my_app://x`), which then counts as not opened;
+    /// setLinkOpener() gets each as it came.
+    ///
+    /// A click target is untrusted and reaches an opener, or the system, only when it leads to the
+    /// web or to another application. That is http and https with a host, and any scheme that no
+    /// system or browser keeps for itself (as `file`, `jar`, `javascript`, `smb`, `shell` or `ms-…`
+    /// are kept), followed by something that is no path and holds no link to a file, a script or a
+    /// share, escaped or not, and no attachment. An `intent:` link is judged by the scheme that it
+    /// names as well; it may ask for no action but to view, and for no component. Control
+    /// characters and more than 65,536 characters are refused.
     static void setUrlOpener(UrlOpener opener);
+
+    /// Opens a click target and calls @p done, at once or later, on the main thread, with whether
+    /// that worked. Without that call the ad does not go on: there is neither a fall-back to the
+    /// web page nor the delegate's word that the target was opened. Later calls are ignored.
+    using LinkOpener =
+        std::function<void(const QString &link, const std::function<void(bool opened)> &done)>;
+    /// As setUrlOpener(), with the text of the link as the ad has it. Goes before the other.
+    static void setLinkOpener(LinkOpener opener);
+    /// Opens a link as the library does when the host has set no opener: with
+    /// QDesktopServices::openUrl(), and so with the handlers of QDesktopServices::setUrlHandler().
+    ///
+    /// On a desktop with X11 or Wayland the system is asked first, without waiting, whether an
+    /// application handles a scheme other than http and https (`xdg-mime`), since opening always
+    /// succeeds there. If none does, the link counts as not opened, and a handler of the host's own
+    /// for the scheme is not called either; such a host sets an opener. There a link that QUrl
+    /// would change goes to `xdg-open` directly; elsewhere the system gets what QUrl makes of it.
+    /// @param link under the same rule as click targets
+    /// @param done gets whether the link was opened, on the main thread; must not be empty
+    static void openLink(const QString &link, const std::function<void(bool opened)> &done);
 
     /// How much of each edge of the application's windows is taken by a notch, rounded corners or a
     /// bar, in points. Ads keep their controls out of it. Zero until set, as on a desktop; negative

@@ -10,10 +10,8 @@ namespace {
 
 void openWebPage(const QString &webPage, const std::function<void()> &handedOver)
 {
-    onMainThread([webPage, handedOver] {
-        openUrl(webPage);
-        handedOver();
-    });
+    onMainThread(
+        [webPage, handedOver] { openLink(webPage, [handedOver](bool) { handedOver(); }); });
 }
 
 } // namespace
@@ -23,12 +21,14 @@ void openClickTarget(const ClickTarget &target, std::function<void()> handedOver
     if (!target.deepLink.isEmpty()) {
         logInfo("Attempting to open deep link");
         onMainThread([target, handedOver] {
-            if (openUrl(target.deepLink) || target.webPage.isEmpty()) {
-                handedOver();
-                return;
-            }
-            logInfo("Deep link failed, falling back to H5 URL");
-            openWebPage(target.webPage, handedOver);
+            openLink(target.deepLink, [target, handedOver](bool opened) {
+                if (opened || target.webPage.isEmpty()) {
+                    handedOver();
+                    return;
+                }
+                logInfo("Deep link failed, falling back to H5 URL");
+                openWebPage(target.webPage, handedOver);
+            });
         });
     } else if (!target.webPage.isEmpty()) {
         logInfo("Opening H5 URL directly");

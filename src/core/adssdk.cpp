@@ -92,6 +92,16 @@ void ZNTAdsSDK::setUrlOpener(UrlOpener opener)
     znt::setUrlOpener(std::move(opener));
 }
 
+void ZNTAdsSDK::setLinkOpener(LinkOpener opener)
+{
+    znt::setLinkOpener(std::move(opener));
+}
+
+void ZNTAdsSDK::openLink(const QString &link, const std::function<void(bool opened)> &done)
+{
+    znt::openLinkWithSystem(link, done);
+}
+
 void ZNTAdsSDK::setSafeAreaInsets(const QMarginsF &insets)
 {
     znt::SafeArea::instance()->setInsets(insets);

@@ -1,40 +1,157 @@
 #include "core/urlopener.h"
 
+#include "core/linkrule.h"
 #include "support/mainthread.h"
 
 #include <QDesktopServices>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QTimer>
 
 namespace znt {
 
 namespace {
 
-using Opener = std::function<bool(const QUrl &)>;
+using namespace std::chrono_literals;
 
-// An ad leads out of the application, never to its files or resources, and runs nothing in it.
-bool leadsOutside(const QUrl &url)
+constexpr auto patience = 5s;
+
+using Opened = std::function<void(bool opened)>;
+
+struct Openers
 {
-    static const QStringList closed{QStringLiteral("file"), QStringLiteral("qrc"),
-        QStringLiteral("assets"), QStringLiteral("content"), QStringLiteral("data"),
-        QStringLiteral("blob"), QStringLiteral("javascript"), QStringLiteral("about"),
-        QStringLiteral("filesystem"), QStringLiteral("view-source")};
-    // A scheme of one letter is a drive.
-    return url.isValid() && url.scheme().size() > 1 && !closed.contains(url.scheme());
+    ZNTAdsSDK::UrlOpener url;
+    ZNTAdsSDK::LinkOpener link;
+};
+
+// For a caller that may answer more than once.
+Opened once(Opened done)
+{
+    return [pending = std::make_shared<Opened>(std::move(done))](bool opened) {
+        if (const Opened first = std::exchange(*pending, {}))
+            first(opened);
+    };
 }
+
+#if QT_CONFIG(process)
+bool isXdgDesktop()
+{
+    const QString platform = QGuiApplication::platformName();
+    return platform == u"xcb" || platform.startsWith(u"wayland");
+}
+
+bool hasSucceeded(const QProcess *process)
+{
+    return process->error() == QProcess::UnknownError // none
+        && process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0;
+}
+
+// `ended` runs when the program has ended or could not be started. Without a parent, since a
+// process that is destroyed while it runs is killed.
+QProcess *run(const QString &program, const QStringList &arguments,
+    const std::function<void(QProcess *)> &ended)
+{
+    auto *process = new QProcess;
+    const auto end = [process, ended] {
+        process->deleteLater();
+        ended(process);
+    };
+    QObject::connect(process, &QProcess::finished, process, end);
+    QObject::connect(process, &QProcess::errorOccurred, process, [end](auto error) {
+        if (error == QProcess::FailedToStart)
+            end();
+    });
+    process->start(program, arguments, QIODevice::ReadOnly);
+    return process;
+}
+
+// Without xdg-mime the answer is yes: nothing speaks against it.
+void askForHandler(const QString &scheme, const Opened &done)
+{
+    QProcess *query = run(QStringLiteral("xdg-mime"),
+        {QStringLiteral("query"), QStringLiteral("default"),
+            QStringLiteral("x-scheme-handler/") + scheme},
+        [done](QProcess *ended) {
+            done(ended->error() == QProcess::FailedToStart
+                || (hasSucceeded(ended) && !ended->readAll().trimmed().isEmpty()));
+        });
+    QTimer::singleShot(patience, query, &QProcess::kill);
+}
+
+// xdg-open ends at once, or, where there is no desktop around it, with the application.
+void runXdgOpen(const QString &link, const Opened &done)
+{
+    const Opened first = once(done);
+    QProcess *opener = run(QStringLiteral("xdg-open"), {link},
+        [first](const QProcess *ended) { first(hasSucceeded(ended)); });
+    QTimer::singleShot(patience, opener, [first] { first(true); });
+}
+
+void openWithDesktop(const QString &link, const Opened &done)
+{
+    const QUrl url(link);
+    if (url.toEncoded() == link.toUtf8())
+        done(QDesktopServices::openUrl(url));
+    else // QUrl would change the link
+        runXdgOpen(link, done);
+}
+
+// Opening any link there succeeds when xdg-open has started, so ask whether it leads anywhere. The
+// web always does: xdg-open looks for a browser in other ways, too.
+void openWithXdg(const QString &link, const Opened &done)
+{
+    const QString scheme = schemeOf(link);
+    if (scheme == u"http" || scheme == u"https") {
+        openWithDesktop(link, done);
+        return;
+    }
+    askForHandler(scheme, [link, done](bool hasHandler) {
+        if (hasHandler)
+            openWithDesktop(link, done);
+        else
+            done(false);
+    });
+}
+#endif
 
 } // namespace
 
-bool openUrl(const QString &text)
+void openLink(const QString &link, Opened done)
 {
-    const QUrl url(text, QUrl::TolerantMode);
-    if (!leadsOutside(url))
-        return false;
-    const Opener opener = neverDestroyed<Opener>(); // a copy: it may put another in its place
-    return opener ? opener(url) : QDesktopServices::openUrl(url);
+    const Openers openers = neverDestroyed<Openers>(); // copies: one may put another in its place
+    if (!mayBeOpened(link))
+        done(false);
+    else if (openers.link)
+        openers.link(link, once(std::move(done)));
+    else if (openers.url)
+        done(QUrl(link).isValid() && openers.url(QUrl(link)));
+    else
+        openLinkWithSystem(link, std::move(done));
 }
 
-void setUrlOpener(std::function<bool(const QUrl &)> opener)
+void openLinkWithSystem(const QString &link, Opened done)
 {
-    neverDestroyed<Opener>() = std::move(opener);
+    if (!mayBeOpened(link)) {
+        done(false);
+        return;
+    }
+#if QT_CONFIG(process)
+    if (isXdgDesktop()) {
+        openWithXdg(link, done);
+        return;
+    }
+#endif
+    done(QDesktopServices::openUrl(QUrl(link)));
+}
+
+void setUrlOpener(ZNTAdsSDK::UrlOpener opener)
+{
+    neverDestroyed<Openers>().url = std::move(opener);
+}
+
+void setLinkOpener(ZNTAdsSDK::LinkOpener opener)
+{
+    neverDestroyed<Openers>().link = std::move(opener);
 }
 
 } // namespace znt
