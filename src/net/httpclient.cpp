@@ -350,12 +350,11 @@ void HttpClient::finish(Origin &origin, bool closes)
 {
     --origin.inFlight;
     origin.isClosed |= closes;
-    do {
-        if (origin.pending.empty())
-            break;
-        m_pending.push_front(std::move(origin.pending.back()));
-        origin.pending.pop_back();
-    } while (origin.isClosed);
+    // What waited for it goes next: one for the place that is free, all when it takes none.
+    const auto begin = origin.pending.begin();
+    const auto end = origin.isClosed || origin.pending.empty() ? origin.pending.end() : begin + 1;
+    m_pending.insert(m_pending.begin(), std::move_iterator(begin), std::move_iterator(end));
+    origin.pending.erase(begin, end);
     m_nextStart.start();
 }
 
