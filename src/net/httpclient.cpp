@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <limits>
 #include <memory>
-#include <ranges>
 
 namespace znt {
 
@@ -393,11 +393,11 @@ HttpClient::Origin &HttpClient::originOf(const QUrl &url)
 // One of its own, so that an origin which holds its manager's thread holds up no other.
 std::shared_ptr<QNetworkAccessManager> HttpClient::managerFor(const QUrl &origin)
 {
-    auto open = m_origins | std::views::filter([](const Origin &o) { return !o.isClosed; });
-    if (std::ranges::distance(open) >= maxManagers)
-        return std::ranges::min_element(open, {}, [](const Origin &o) {
-            return o.manager.use_count();
-        })->manager;
+    const auto users = [](const Origin &other) {
+        return other.isClosed ? std::numeric_limits<long>::max() : other.manager.use_count();
+    };
+    if (std::ranges::count(m_origins, false, &Origin::isClosed) >= maxManagers)
+        return std::ranges::min_element(m_origins, {}, users)->manager;
     auto manager = makeNetworkManager(origin);
     manager->setCookieJar(&m_cookies);
     m_cookies.setParent(this); // the manager has just made it its own
