@@ -32,20 +32,30 @@ bool isPlain(const QQuickItem *item)
         && item->scale() == 1;
 }
 
+// By the class of the item or the nearest base of it that is known; a class that QML defines is
+// called by its file's name and a number.
+QString knownType(const QQuickItem *item)
+{
+    static const QStringList types{u"View"_s, u"ImageView"_s, u"Label"_s, u"Button"_s};
+    for (const QMetaObject *at = item->metaObject(); at; at = at->superClass()) {
+        const QString name =
+            QString::fromLatin1(at->className()).section(u':', -1).section(u'_', 0, 0);
+        if (types.contains(name) || name.startsWith(u"ZNT"_s))
+            return name;
+    }
+    return {};
+}
+
 QString typeOf(const QQuickItem *item)
 {
-    QString viewType = item->property("viewType").toString();
-    if (!viewType.isEmpty())
-        return viewType;
-    const QString className = QString::fromLatin1(item->metaObject()->className());
-    return className.startsWith(u"ZNT"_s) ? className.section(u'_', 0, 0) : u"View"_s;
+    const QString type = knownType(item);
+    return type.isEmpty() ? u"View"_s : type;
 }
 
 // An item that only helps drawing is left out, and its children take its place.
 bool isHelper(const QQuickItem *item)
 {
-    return item->objectName().isEmpty() && item->property("viewType").toString().isEmpty()
-        && typeOf(item) == u"View"_s;
+    return item->objectName().isEmpty() && knownType(item).isEmpty();
 }
 
 QString colorName(const QVariant &value)
@@ -119,6 +129,8 @@ void appendTo(QJsonArray *siblings, const QQuickItem *item, const QPointF &offse
 QJsonArray childrenOf(const QQuickItem *item, const QPointF &offset)
 {
     QJsonArray children;
+    if (knownType(item) == u"Button"_s) // its title is told with it
+        return children;
     for (const QQuickItem *child : item->childItems())
         appendTo(&children, child, offset);
     return children;

@@ -62,7 +62,7 @@ FeedAdView {
                 fontSize: 13
                 backgroundColor: "#0A84FF"
                 cornerRadius: 15
-                interactive: root.view.interactive
+                clickable: root.view.interactive
                 onClicked: root.part.tap()
             }
         }

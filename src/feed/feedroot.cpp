@@ -2,11 +2,6 @@
 
 namespace znt {
 
-void FeedRoot::setInteractive(bool interactive)
-{
-    setAcceptedMouseButtons(interactive ? Qt::LeftButton : Qt::NoButton);
-}
-
 void FeedRoot::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() != Qt::Key_Escape)

@@ -5,15 +5,11 @@
 
 namespace znt {
 
-// Lies under the subviews; takes taps once it is interactive. Escape closes the ad.
+// Lies under the subviews. Escape closes the ad.
 class FeedRoot : public znt::PressArea
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(bool interactive WRITE setInteractive)
-
-public:
-    void setInteractive(bool interactive);
 
 Q_SIGNALS:
     void closeRequested();

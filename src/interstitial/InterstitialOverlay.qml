@@ -10,7 +10,7 @@ Item {
     required property QmlPart part
 
     focus: true
-    KeyNavigation.tab: skipButton.interactive ? skipButton : detailButton
+    KeyNavigation.tab: skipButton.clickable ? skipButton : detailButton
     KeyNavigation.backtab: detailButton
 
     Accessible.role: Accessible.Dialog
@@ -75,7 +75,6 @@ Item {
             }
 
             Item {
-                readonly property string viewType: "View"
                 readonly property color backgroundColor: Qt.rgba(0, 0, 0, 0.7)
 
                 id: bottomInfoView
@@ -110,8 +109,8 @@ Item {
                     text: "查看详情"
                     onClicked: root.part.tap()
 
-                    KeyNavigation.tab: skipButton.interactive ? skipButton : detailButton
-                    KeyNavigation.backtab: skipButton.interactive ? skipButton : detailButton
+                    KeyNavigation.tab: skipButton.clickable ? skipButton : detailButton
+                    KeyNavigation.backtab: skipButton.clickable ? skipButton : detailButton
                 }
 
                 Label {
@@ -142,7 +141,7 @@ Item {
             clip: true
             fontSize: 13
             text: root.view.closeTitle
-            interactive: root.view.closable
+            clickable: root.view.closable
             Accessible.name: "关闭"
             onClicked: root.part.close()
 

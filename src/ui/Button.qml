@@ -1,51 +1,44 @@
 // A button with a title. It takes a tap alone, whatever lies under it, and Space, Return and Enter.
 import QtQuick
+import ZNTAds
 
-Rectangle {
+PressArea {
     property bool hidden: false
-    readonly property string viewType: "Button"
-    property alias backgroundColor: button.color
-    property alias cornerRadius: button.radius
+    property alias backgroundColor: background.color
+    property alias cornerRadius: background.radius
     property alias text: title.text
     property alias textColor: title.textColor
     property alias fontSize: title.fontSize
     property alias bold: title.bold
-    // Without it, a tap is taken and does nothing; a disabled item would let the tap through to what
-    // lies under it.
-    property bool interactive: true
+    // Without it, a tap is taken and does nothing.
+    property bool clickable: true
     signal clicked
 
     function click() {
-        if (interactive)
+        if (clickable)
             clicked();
-    }
-    function pressKey(event) {
-        if (!event.isAutoRepeat)
-            click();
     }
 
     id: button
     visible: !hidden
-    color: "transparent"
+    interactive: true
+    tapsAfterPan: true
     activeFocusOnTab: true
+    onTapped: click()
 
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.focusable: true
     Accessible.onPressAction: click()
-    Keys.onSpacePressed: event => pressKey(event)
-    Keys.onReturnPressed: event => pressKey(event)
-    Keys.onEnterPressed: event => pressKey(event)
 
-    TapHandler {
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-        longPressThreshold: 3600 // seconds: however long it is held, a press is a press
-        onTapped: button.click()
+    Rectangle {
+        id: background
+        anchors.fill: parent
+        color: "transparent"
     }
 
     Label {
         id: title
-        viewType: "" // a part of the button
         anchors.fill: parent
         alignment: Text.AlignHCenter
         textColor: "white"
@@ -58,6 +51,6 @@ Rectangle {
         anchors.fill: parent
         anchors.margins: -outset
         visible: button.activeFocus
-        radius: button.radius + outset
+        radius: button.cornerRadius + outset
     }
 }

@@ -4,7 +4,6 @@ import QtQuick
 
 Text {
     property bool hidden: false
-    property string viewType: "Label"
     property alias textColor: label.color
     property alias fontSize: label.font.pixelSize
     property alias bold: label.font.bold

@@ -5,7 +5,6 @@ Rectangle {
     property bool hidden: false
     property alias backgroundColor: view.color
     property alias cornerRadius: view.radius
-    readonly property string viewType: "View"
 
     id: view
     visible: !hidden

@@ -22,7 +22,6 @@ struct ImageForQml
 class ZNTADS_INTERNAL ImageView : public QQuickItem
 {
     Q_OBJECT
-    Q_PROPERTY(QString viewType READ viewType CONSTANT)
     Q_PROPERTY(QImage image READ image WRITE setImage NOTIFY imageChanged)
     Q_PROPERTY(bool hasImage READ hasImage NOTIFY imageChanged)
     Q_PROPERTY(QSizeF naturalSize READ naturalSize NOTIFY imageChanged)
@@ -35,8 +34,6 @@ class ZNTADS_INTERNAL ImageView : public QQuickItem
 
 public:
     explicit ImageView(QQuickItem *parent = nullptr);
-
-    QString viewType() const { return QStringLiteral("ImageView"); }
 
     QImage image() const { return m_image; }
     void setImage(const QImage &image);

@@ -7,8 +7,8 @@ namespace znt {
 InputBlocker::InputBlocker(QQuickItem *parent)
     : PressArea(parent)
 {
+    setInteractive(true);
     setAcceptedMouseButtons(Qt::AllButtons);
-    setAcceptTouchEvents(true);
     setAcceptHoverEvents(true);
     setKeepMouseGrab(true); // no handler beneath takes a press over when it becomes a drag
     setKeepTouchGrab(true);

@@ -2,17 +2,40 @@
 
 namespace znt {
 
+namespace {
+
+// A list that the press is about to stop still says that it moves.
+bool isInMotion(const QQuickItem *item)
+{
+    for (; item; item = item->parentItem()) {
+        if (item->inherits("QQuickFlickable") && item->property("moving").toBool())
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
 PressArea::PressArea(QQuickItem *parent)
     : QQuickItem(parent)
 {
     m_clock.start();
 }
 
+void PressArea::setInteractive(bool interactive)
+{
+    if (interactive == isInteractive())
+        return;
+    setAcceptedMouseButtons(interactive ? Qt::LeftButton : Qt::NoButton);
+    setAcceptTouchEvents(interactive);
+    Q_EMIT interactiveChanged();
+}
+
 void PressArea::mousePressEvent(QMouseEvent *event)
 {
     event->accept();
     if (event->button() == Qt::LeftButton)
-        m_press.begin(event->position(), timeOf(event));
+        begin(event->position(), timeOf(event));
 }
 
 void PressArea::mouseMoveEvent(QMouseEvent *event)
@@ -47,7 +70,7 @@ void PressArea::touchEvent(QTouchEvent *event)
     }
     const QEventPoint &finger = event->points().constFirst();
     if (finger.state() == QEventPoint::Pressed)
-        m_press.begin(finger.position(), timeOf(event));
+        begin(finger.position(), timeOf(event));
     else if (finger.state() == QEventPoint::Released)
         end(finger.position(), timeOf(event));
     else
@@ -68,6 +91,12 @@ void PressArea::keyPressEvent(QKeyEvent *event)
         Q_EMIT tapped();
 }
 
+void PressArea::begin(QPointF at, qint64 ms)
+{
+    if (!isInMotion(parentItem()))
+        m_press.begin(at, ms);
+}
+
 void PressArea::end(QPointF at, qint64 ms)
 {
     if (!m_press.isActive())
@@ -76,7 +105,7 @@ void PressArea::end(QPointF at, qint64 ms)
     const QPointF translation = m_press.translation();
     const QPointF velocity = m_press.velocity();
     m_press.cancel();
-    if (m_press.isPan())
+    if (m_press.isPan() && !m_tapsAfterPan)
         Q_EMIT panned(translation, velocity);
     else if (contains(at))
         Q_EMIT tapped();

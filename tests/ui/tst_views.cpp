@@ -150,9 +150,9 @@ private slots:
         for (const int key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter})
             QTest::keyClick(window.get(), Qt::Key(key));
         QCOMPARE(root->property("clicks").toInt(), 4);
-        button->setProperty("interactive", false);
+        button->setProperty("clickable", false);
         QCOMPARE(tap({45, 45}), QPair(1, 4));
-        button->setProperty("interactive", true);
+        button->setProperty("clickable", true);
         button->setProperty("hidden", true);
         QCOMPARE(tap({45, 45}), QPair(2, 4));
     }
