@@ -15,6 +15,7 @@ void followNetworkPath(std::function<void(bool isWiFi)> changed)
         if (!Info::loadBackendByFeatures(
                 Info::Feature::Reachability | Info::Feature::TransportMedium))
             return;
+        endBeforeLoaded();
         Info *info = Info::instance();
         if (!info)
             return;

@@ -11,7 +11,7 @@ namespace znt {
 
 // Fills its screen and follows its size, above everything else in it, and lets no input through.
 // Belongs to the screen and goes with it.
-class InterstitialOverlay : public InputBlocker
+class InterstitialOverlay : public znt::InputBlocker
 {
     Q_OBJECT
     QML_ELEMENT

@@ -2,6 +2,8 @@
 
 #include "support/mainthread.h"
 
+#include <QHostInfo>
+#include <QSslSocket>
 #include <QThread>
 
 namespace znt {
@@ -23,6 +25,14 @@ HttpLimits limitsOf(Session session)
     return {.onFreshConnection = true};
 }
 
+// What Qt makes at the first request, and the clients would then outlive at exit().
+void loadNetwork()
+{
+    QNetworkAccessManager();
+    QHostInfo::abortHostLookup(-1);
+    QSslSocket::supportsSsl();
+}
+
 class Sessions
 {
 public:
@@ -32,6 +42,7 @@ public:
         , m_reports(limitsOf(Session::Reports))
         , m_images(new HttpClient(limitsOf(Session::Images)))
     {
+        loadNetwork();
         QThread *const mainThread = QCoreApplication::instance()->thread();
         m_exchange.moveToThread(mainThread);
         m_shared.moveToThread(mainThread);

@@ -10,7 +10,7 @@ namespace znt {
 class VideoPlayer;
 
 // Loads the content and says when it can be seen.
-class SplashContent : public AdContent
+class SplashContent : public znt::AdContent
 {
     Q_OBJECT
     QML_ELEMENT

@@ -1,8 +1,12 @@
 #include "support/mainthread.h"
 
 #include <QMutex>
+#include <QSemaphore>
+#include <QThread>
 #include <QThreadPool>
 
+#include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 namespace znt {
@@ -15,11 +19,24 @@ enum class Application { NotYet, Running, Ended };
 Q_CONSTINIT QBasicMutex mutex;
 Q_CONSTINIT Application application = Application::NotYet;
 
-using Waiting = std::vector<std::function<void()>>;
+// How long exit() waits for the main thread, when it is called on another, and for the pool.
+constexpr int endPatience = 500; // ms
+// How long the main thread then stands still, if exit() takes that long.
+constexpr int standStill = 1000; // ms
 
+using Waiting = std::vector<std::function<void()>>;
+using Ends = std::vector<void (*)()>;
+
+// What has not run when the application ends is dropped, even if its event loop goes on.
 void post(std::function<void()> call)
 {
-    QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(call), Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [call = std::move(call)] {
+            if (isApplicationRunning())
+                call();
+        },
+        Qt::QueuedConnection);
 }
 
 void end()
@@ -28,11 +45,43 @@ void end()
     application = Application::Ended;
 }
 
+// Each end does nothing the second time.
+void endAll()
+{
+    end();
+    const Ends &ends = neverDestroyed<Ends>();
+    std::for_each(ends.rbegin(), ends.rend(), [](const auto &each) { each(); });
+}
+
+// The main thread stands still afterwards: exit() destroys what it would use, the host's code too.
+void endFromAnotherThread()
+{
+    const auto ended = std::make_shared<QSemaphore>();
+    onMainThread([ended] {
+        endAll();
+        ended->release();
+        QThread::msleep(standStill);
+    });
+    ended->tryAcquire(1, endPatience);
+}
+
+void endAtExit()
+{
+    if (isApplicationRunning()) {
+        const bool isMain = QThread::currentThread() == QCoreApplication::instance()->thread();
+        isMain ? endAll() : endFromAnotherThread();
+    }
+    auto &pool = neverDestroyed<QThreadPool>();
+    pool.clear();
+    pool.waitForDone(endPatience);
+}
+
 void begin()
 {
     const QMutexLocker lock(&mutex);
     const bool mayWait = std::exchange(application, Application::Running) == Application::NotYet;
     qAddPostRoutine(end);
+    std::atexit(endAtExit);
     if (!mayWait)
         return;
     for (auto &call : std::exchange(neverDestroyed<Waiting>(), {}))
@@ -41,6 +90,27 @@ void begin()
 Q_COREAPP_STARTUP_FUNCTION(begin)
 
 } // namespace
+
+bool isApplicationRunning()
+{
+    const QMutexLocker lock(&mutex);
+    return application == Application::Running;
+}
+
+void endWithApplication(void (*end)())
+{
+    qAddPostRoutine(end);
+    auto &ends = neverDestroyed<Ends>();
+    if (std::ranges::count(ends, end))
+        return;
+    ends.push_back(end);
+    endBeforeLoaded();
+}
+
+void endBeforeLoaded()
+{
+    std::atexit(endAtExit);
+}
 
 void onMainThread(std::function<void()> call)
 {

@@ -47,15 +47,26 @@ void discardInPool(Value value)
     inPool([value = std::move(value)] {});
 }
 
-// The one T that lives as long as the application object: made at the first call, null without an
-// application. For what uses windows, timers or sockets. Main thread.
+// Whether there is an application object that has not begun to go, and exit() was not called.
+ZNTADS_INTERNAL bool isApplicationRunning();
+
+// Calls `end` on the main thread when the application object goes, or at exit() if that comes
+// first: a thread that still ran then would use what static destructors have destroyed.
+ZNTADS_INTERNAL void endWithApplication(void (*end)());
+
+// Has exit() end what belongs to the application before it destroys what was loaded up to now, Qt's
+// plugins and globals: it goes backwards. To be called a few times in a process.
+ZNTADS_INTERNAL void endBeforeLoaded();
+
+// The one T that lives as long as the application is running: made at the first call, null without
+// an application. For what uses windows, timers, sockets or threads. Main thread.
 template <class T>
 T *ofApplication()
 {
     static T *object = nullptr;
-    if (!object && QCoreApplication::instance()) {
+    if (!object && isApplicationRunning()) {
         object = new T;
-        qAddPostRoutine([] { delete std::exchange(object, nullptr); });
+        endWithApplication([] { delete std::exchange(object, nullptr); });
     }
     return object;
 }

@@ -94,6 +94,7 @@ void takeTurns(const QList<std::function<void()>> &steps)
         return;
     QTimer::singleShot(0, QCoreApplication::instance(), [steps] {
         steps.first()();
+        endBeforeLoaded();
         takeTurns(steps.mid(1));
     });
 }

@@ -1,11 +1,14 @@
 // The library in the life of a process: never called, called before there is an application, with a
 // host that keeps the threads for itself. Each in a process of its own, which is this program
 // again.
-#include "support/exchangetest.h"
+#include "support/host.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTAdsSDK.h>
+#include <ZNTAds/ZNTFeedManager.h>
+#include <ZNTAds/ZNTInterstitialManager.h>
 #include <ZNTAds/ZNTLogManager.h>
+#include <ZNTAds/ZNTSplashManager.h>
 
 #include <QThreadPool>
 
@@ -66,6 +69,45 @@ int withoutThreads(int &argc, char **argv, const QStringList &exchange)
     return status;
 }
 
+// Ends by exit() while ads of all formats are under way: so many milliseconds after the load on the
+// main thread or on another, or, without a number, in the callback of that name.
+int exitAmidst(int &argc, char **argv, const QStringList &exchange)
+{
+    const QString where = exchange.at(3);
+    const auto delay = std::chrono::milliseconds(exchange.at(4).toInt());
+    meet(exchange);
+    QGuiApplication application(argc, argv);
+    QQuickWindow window;
+    window.resize(320, 480);
+    window.show();
+    Host host;
+    ZNTSplashManager splash;
+    host.then = [&](const QString &heard) {
+        if (heard == where)
+            std::exit(0);
+        if (heard == "load")
+            splash.showSplashAdWithWindow(&window);
+    };
+    splash.setDelegate(&host);
+    splash.setMediaId("splash");
+    splash.loadAndShowSplashAdWithWindow(&window);
+    ZNTInterstitialManager interstitial;
+    interstitial.loadAdData();
+    ZNTFeedManager feed;
+    feed.setMediaId("feed");
+    feed.loadAdData();
+    std::thread other;
+    if (where == "thread") {
+        other = std::thread([delay] {
+            std::this_thread::sleep_for(delay);
+            std::exit(0);
+        });
+    } else if (where == "timer") {
+        QTimer::singleShot(delay, &application, [] { std::exit(0); });
+    }
+    return runUntilAnswered(application, exchange);
+}
+
 int child(int argc, char **argv)
 {
     const QString part = argv[1];
@@ -74,6 +116,8 @@ int child(int argc, char **argv)
         exchange.append(QString::fromLocal8Bit(argv[i]));
     if (part == "--never-called")
         return neverCalled(argc, argv);
+    if (part == "--exit")
+        return exitAmidst(argc, argv, exchange);
     return part == "--early" ? beforeTheApplication(argc, argv, exchange)
                              : withoutThreads(argc, argv, exchange);
 }
@@ -88,7 +132,8 @@ private:
     TrustedExchange exchange;
     QTemporaryDir home;
 
-    int run(const QString &part, const QHash<QString, QString> &variables = {})
+    int run(const QString &part, const QHash<QString, QString> &variables = {},
+        const QStringList &more = {})
     {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -99,8 +144,9 @@ private:
         process.setProcessEnvironment(environment);
         QSignalSpy finished(&process, &QProcess::finished);
         process.start(QCoreApplication::applicationFilePath(),
-            {part, exchange.httpsUrl().toString(), exchange.httpUrl().toString(),
-                exchange.caFile()});
+            QStringList{part, exchange.httpsUrl().toString(), exchange.httpUrl().toString(),
+                exchange.caFile()}
+                + more);
         if (!finished.wait(30000))
             return -1;
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
@@ -129,6 +175,23 @@ private slots:
         const QJsonObject request = exchange.requests("/s/req2.do").constFirst().json();
         QCOMPARE(request[u"device"][u"screenWidth"], 266);
         QCOMPARE(request[u"device"][u"screenHeight"], 266);
+    }
+
+    void mayEndByExitAnywhere_data()
+    {
+        QTest::addColumn<QString>("where");
+        QTest::addColumn<int>("milliseconds");
+        for (const int delay : {0, 10, 30, 60, 100, 150})
+            QTest::addRow("timer %d", delay) << "timer" << delay;
+        for (const char *callback : {"load", "visible", "render"})
+            QTest::addRow("%s", callback) << callback << 0;
+        QTest::addRow("thread") << "thread" << 700;
+    }
+    void mayEndByExitAnywhere()
+    {
+        QFETCH(QString, where);
+        QFETCH(int, milliseconds);
+        QCOMPARE(run("--exit", {}, {where, QString::number(milliseconds)}), 0);
     }
 
     void needsNoneOfTheHostsThreads() { QCOMPARE(run("--without-threads"), 0); }
