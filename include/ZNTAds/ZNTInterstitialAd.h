@@ -54,9 +54,9 @@ public:
 
     /// Lays the ad over @p screen, above its other children and following its size, and fades it in
     /// over 0.3 seconds; then the delegate hears interstitialAdDidVisible(). The countdown starts
-    /// at once. A screen in no window will do. Nothing happens when it is null or the ad is not
-    /// ready; an overlay that is still there is replaced. The screen must not be a positioner or
-    /// layout.
+    /// at once. A screen in no window will do. Nothing happens when it is null, the ad is not ready
+    /// or there is no QGuiApplication; an overlay that is still there is replaced. The screen must
+    /// not be a positioner or layout.
     void showFromViewController(QQuickItem *screen);
     /// The screen item of the latest show, or null when it has gone.
     QQuickItem *rootViewController() const;
@@ -65,8 +65,8 @@ public:
     /// one without an overlay.
     void dismissWithAutoClose(bool autoClose);
 
-    /// The item that is measured for visibility: the picture. Null when there is no overlay, and
-    /// once it is being dismissed.
+    /// The item that is measured for visibility: the picture, until the ad is gone. Null when there
+    /// is no overlay.
     QQuickItem *adView() const;
     /// Seconds left until the user can close the ad; 5 before the first show.
     qint64 remainingTime() const;

@@ -19,8 +19,8 @@ class ZNTInterstitialAd;
 /// Load first; when the delegate hears interstitialAdDidLoad(), show. Main thread only. Screen item
 /// and delegate are held weakly and may be destroyed at any time, and so may the manager, which
 /// takes its ad off the screen. Errors reach interstitialAdDidFailed() with domain
-/// "ZNTInterstitialManager": -1002 the answer cannot be used, -1003 nothing loaded or no screen; a
-/// failed request passes its own error on.
+/// "ZNTInterstitialManager": -1002 the answer cannot be used, -1003 nothing loaded or no screen,
+/// -1005 there is no QGuiApplication to show it in; a failed request passes its own error on.
 class ZNTADS_EXPORT ZNTInterstitialManager : public QObject, public ZNTInterstitialDelegate
 {
     Q_OBJECT

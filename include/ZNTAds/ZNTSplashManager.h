@@ -20,8 +20,8 @@ class ZNTSplashAdView;
 /// Main thread only. Load first; when the delegate hears splashAdDidLoad(), show. Window, views and
 /// delegate are held weakly and may be destroyed at any time, and so may the manager. Errors reach
 /// the delegate's splashAdDidFailed() with domain "ZNTSplashManager": -1001 no media id, -1002 the
-/// answer cannot be used, -1003 nothing loaded, -1004 the ad has no picture; a failed request
-/// passes its own error on.
+/// answer cannot be used, -1003 nothing loaded, -1004 the ad has no picture, -1005 there is no
+/// QGuiApplication to show it in; a failed request passes its own error on.
 class ZNTADS_EXPORT ZNTSplashManager : public QObject, public ZNTSplashDelegate
 {
     Q_OBJECT

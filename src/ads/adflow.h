@@ -5,6 +5,7 @@
 #include "ads/notify.h"
 #include "diagnostics/log.h"
 #include "support/mainthread.h"
+#include "ui/qmlpart.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTDelegateRef.h>
@@ -61,6 +62,16 @@ public:
             return true;
         logError("Cannot load ad data: mediaId is empty");
         fail(-1001, QStringLiteral("mediaId不能为空"));
+        return false;
+    }
+
+    // False where nothing can be shown, and the failure is on its way.
+    bool requireViews()
+    {
+        if (canShowViews())
+            return true;
+        logError("Cannot show %1 ad: no GUI application", m_format.name);
+        fail(-1005, QStringLiteral("没有图形界面应用程序"));
         return false;
     }
 

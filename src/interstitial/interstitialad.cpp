@@ -4,6 +4,7 @@
 #include "interstitial/interstitialoverlay.h"
 #include "support/countdown.h"
 #include "support/mainthread.h"
+#include "ui/qmlpart.h"
 
 #include <QVariantAnimation>
 
@@ -82,7 +83,7 @@ void ZNTInterstitialAd::setupWithAdData(const std::optional<QJsonObject> &adData
 
 void ZNTInterstitialAd::showFromViewController(QQuickItem *screen)
 {
-    if (!d->isReady || !screen)
+    if (!d->isReady || !screen || !canShowViews())
         return;
     d->takeDown();
     d->pendingDismissals.clear();

@@ -98,6 +98,8 @@ void ZNTInterstitialManager::showInterstitialAd()
         d->flow.fail(-1003, QStringLiteral("没有可用的广告数据或未设置展示控制器"));
         return;
     }
+    if (!d->flow.requireViews())
+        return;
     logInfo("Creating and showing interstitial ad");
     d->visibility.stop();
     d->interstitialAd = std::make_unique<ZNTInterstitialAd>(mediaId());

@@ -126,6 +126,8 @@ void ZNTSplashManager::showSplashAdWithWindow(QQuickWindow *window)
         d->flow.fail(-1004, QStringLiteral("广告图片数据为空"));
         return;
     }
+    if (!d->flow.requireViews())
+        return;
     d->visibility.stop();
     d->countdown.stop();
     d->scene.show(d->createView(*d->ad.ad()), window);

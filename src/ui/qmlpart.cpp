@@ -99,11 +99,9 @@ void takeTurns(const QList<std::function<void()>> &steps)
     });
 }
 
-// Items need fonts and a screen, which only this kind of application has.
 ViewEngine *engine()
 {
-    const auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
-    return application ? ofApplication<ViewEngine>() : nullptr;
+    return canShowViews() ? ofApplication<ViewEngine>() : nullptr;
 }
 
 } // namespace
@@ -143,6 +141,11 @@ void QmlPart::pan(QPointF translation, QPointF velocity)
 void QmlPart::close()
 {
     QMetaObject::invokeMethod(this, &QmlPart::closeRequested, Qt::QueuedConnection);
+}
+
+bool canShowViews()
+{
+    return qobject_cast<QGuiApplication *>(QCoreApplication::instance());
 }
 
 void prepareQmlPart(const QString &name)

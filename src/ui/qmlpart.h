@@ -50,6 +50,9 @@ private:
     QPointer<QQuickItem> m_root;
 };
 
+// Whether views can be shown: they need fonts and a screen, which only a QGuiApplication has.
+ZNTADS_INTERNAL bool canShowViews();
+
 // Loads `name`.qml, and what the first part of a process needs besides, in short event-loop
 // iterations, so that a QmlPart need not. From any thread.
 ZNTADS_INTERNAL void prepareQmlPart(const QString &name);

@@ -6,6 +6,7 @@
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTAdsSDK.h>
 #include <ZNTAds/ZNTFeedManager.h>
+#include <ZNTAds/ZNTInterstitialAd.h>
 #include <ZNTAds/ZNTInterstitialManager.h>
 #include <ZNTAds/ZNTLogManager.h>
 #include <ZNTAds/ZNTSplashManager.h>
@@ -108,6 +109,37 @@ int exitAmidst(int &argc, char **argv, const QStringList &exchange)
     return runUntilAnswered(application, exchange);
 }
 
+// Shows ads before there is an application, and again with one that has no screen.
+int withoutScreen(int &argc, char **argv)
+{
+    const auto answer =
+        json(R"({"code": 200, "data": [{"images": ["http://localhost:9/a.png"]}]})");
+    QQuickItem screen;
+    Host host;
+    ZNTSplashManager splash;
+    splash.setDelegate(&host);
+    splash.handleAdResponse(answer);
+    ZNTInterstitialManager interstitial;
+    interstitial.setDelegate(&host);
+    interstitial.handleAdResponse(answer);
+    interstitial.setShowAdController(&screen);
+    ZNTInterstitialAd presenter("position");
+    presenter.setupWithAdData(interstitial.adData());
+    const auto show = [&] {
+        splash.showSplashAdWithWindow(nullptr);
+        interstitial.showInterstitialAd();
+        presenter.showFromViewController(&screen);
+    };
+    show();
+    QCoreApplication application(argc, argv);
+    show();
+    QStringList errors;
+    for (int i = 0; i < 4; ++i)
+        errors.append(host.next().section(u' ', 0, 1));
+    return errors.count("ZNTSplashManager -1005") != 2
+        || errors.count("ZNTInterstitialManager -1005") != 2;
+}
+
 int child(int argc, char **argv)
 {
     const QString part = argv[1];
@@ -116,6 +148,8 @@ int child(int argc, char **argv)
         exchange.append(QString::fromLocal8Bit(argv[i]));
     if (part == "--never-called")
         return neverCalled(argc, argv);
+    if (part == "--without-screen")
+        return withoutScreen(argc, argv);
     if (part == "--exit")
         return exitAmidst(argc, argv, exchange);
     return part == "--early" ? beforeTheApplication(argc, argv, exchange)
@@ -176,6 +210,8 @@ private slots:
         QCOMPARE(request[u"device"][u"screenWidth"], 266);
         QCOMPARE(request[u"device"][u"screenHeight"], 266);
     }
+
+    void showsNothingWithoutAScreen() { QCOMPARE(run("--without-screen"), 0); }
 
     void mayEndByExitAnywhere_data()
     {
