@@ -5,23 +5,47 @@
 
 #include <QAudioDevice>
 #include <QAudioOutput>
+#include <QLibrary>
 #include <QMediaDevices>
 #include <QPointer>
 
 namespace znt {
 
+namespace {
+
+// Where Qt plays through GStreamer it initialises it on the main thread, which takes seconds when
+// the user's account has no registry of its plugins yet. Done before, it takes nothing.
+void initializeBackend()
+{
+#if defined(Q_OS_LINUX) && !defined(Q_OS_ANDROID)
+    constexpr auto defaultBackend = QT_VERSION < QT_VERSION_CHECK(6, 5, 0) ? "gstreamer" : "ffmpeg";
+    if (qEnvironmentVariable("QT_MEDIA_BACKEND", QLatin1String(defaultBackend)) != u"gstreamer")
+        return;
+    using Initialize = int (*)(int *, char ***, void **);
+    QLibrary library(QStringLiteral("gstreamer-1.0"), 0);
+    const auto initialize = reinterpret_cast<Initialize>(library.resolve("gst_init_check"));
+    if (initialize)
+        initialize(nullptr, nullptr, nullptr);
+#endif
+}
+
+} // namespace
+
 VideoPlayer::VideoPlayer(const QString &url)
     : m_url(url)
 {
     sendHttp(Session::Images, {.url = url},
-        [self = QPointer<VideoPlayer>(this)](const HttpAnswer &answer) {
+        [self = QPointer<QObject>(this), this](const HttpAnswer &answer) {
             const bool arrived = !answer.error && answer.status / 100 == 2;
             if (!arrived || answer.body.isEmpty())
                 return;
-            onMainThread([self, video = answer.body] {
-                if (self)
-                    self->play(video);
-            });
+            inPool(
+                self,
+                [video = answer.body] {
+                    initializeBackend();
+                    return video;
+                },
+                [this](const QByteArray &video) { play(video); });
         });
 }
 

@@ -24,6 +24,23 @@ private slots:
         QTest::failOnWarning(QRegularExpression("^(?!PulseAudioService:|QRhi\\* initializeRHI)"));
     }
 
+    // The first video of a user's account, as nothing is cached yet.
+    void keepsTheMainThreadFreeAtFirst()
+    {
+        const QTemporaryDir cache;
+        qputenv("XDG_CACHE_HOME", cache.path().toLocal8Bit());
+        Scene scene(Image);
+        QElapsedTimer sinceTick;
+        sinceTick.start();
+        qint64 longest = 0; // milliseconds
+        QTimer ticks;
+        connect(
+            &ticks, &QTimer::timeout, this, [&] { longest = qMax(longest, sinceTick.restart()); });
+        ticks.start(0);
+        showVideo(scene);
+        QVERIFY2(longest < 150, qPrintable(QString::number(longest)));
+    }
+
     void fillsTheViewInAnEndlessLoop()
     {
         Scene scene(Slide);
