@@ -59,7 +59,7 @@ void fireTracking(
         const QString url = list.at(i).toString();
         if (url.isEmpty())
             continue;
-        sendHttp(Session::Shared, {.url = url},
+        sendHttp(Session::Tracking, {.url = url},
             [batch, url](const HttpAnswer &answer) { batch->answered(url, answer); });
     }
     if (list.size() > maximumTrackers)

@@ -17,13 +17,10 @@ namespace znt {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr int maxRedirects = 10;
 constexpr qsizetype maxUrlLength = 65'536;
 constexpr int maxInFlight = 6;  // as many connections as Qt opens to an origin
 constexpr int maxManagers = 32; // each has a thread; more origins than that share them
-constexpr auto maxWaitAtEnd = 250ms;
 
 // An upload that cannot be rewound: without one, a request whose connection drops before the answer
 // would silently be sent again.
@@ -273,11 +270,7 @@ HttpClient::HttpClient(const HttpLimits &limits, QObject *parent)
     connect(&m_nextStart, &QTimer::timeout, this, &HttpClient::startNext);
 }
 
-HttpClient::~HttpClient()
-{
-    m_origins.clear();
-    waitForDiscardedManagers(maxWaitAtEnd);
-}
+HttpClient::~HttpClient() = default;
 
 void HttpClient::send(const HttpRequest &request, Done done)
 {

@@ -1,29 +1,19 @@
 #include "net/sessions.h"
 
+#include "net/networkmanager.h"
 #include "support/mainthread.h"
 
 #include <QHostInfo>
 #include <QSslSocket>
 #include <QThread>
 
+#include <array>
+
 namespace znt {
 
 namespace {
 
-HttpLimits limitsOf(Session session)
-{
-    using namespace std::chrono_literals;
-    switch (session) {
-    case Session::Shared:
-    case Session::Reports:
-        return {.inactivity = 60s, .total = 60s, .bytes = 1024 * 1024, .discardBody = true};
-    case Session::Images:
-        return {.inactivity = 30s, .total = 120s, .bytes = 32 * 1024 * 1024, .mayResend = true};
-    case Session::Exchange:
-        break;
-    }
-    return {.onFreshConnection = true};
-}
+using namespace std::chrono_literals;
 
 // What Qt makes at the first request, and the clients would then outlive at exit().
 void loadNetwork()
@@ -33,63 +23,63 @@ void loadNetwork()
     QSslSocket::supportsSsl();
 }
 
+// How long the application's end waits for the thread, which waits for nobody itself, and then for
+// the connections that a server may hold.
+constexpr auto endPatience = 250ms;
+
 class Sessions
 {
 public:
     Sessions()
-        : m_exchange(limitsOf(Session::Exchange))
-        , m_shared(limitsOf(Session::Shared))
-        , m_reports(limitsOf(Session::Reports))
-        , m_images(new HttpClient(limitsOf(Session::Images)))
     {
         loadNetwork();
-        QThread *const mainThread = QCoreApplication::instance()->thread();
-        m_exchange.moveToThread(mainThread);
-        m_shared.moveToThread(mainThread);
-        m_reports.moveToThread(mainThread);
-        m_images->moveToThread(&m_imageThread);
-        m_imageThread.setObjectName(QStringLiteral("com.zntads.images"));
-        QObject::connect(&m_imageThread, &QThread::finished, m_images, &QObject::deleteLater);
-        m_imageThread.start();
+        for (HttpClient *client : m_clients) {
+            client->moveToThread(m_thread);
+            QObject::connect(m_thread, &QThread::finished, client, &QObject::deleteLater);
+        }
+        m_thread->setObjectName(QStringLiteral("com.zntads.network"));
+        m_thread->start();
     }
     ~Sessions()
     {
-        m_imageThread.quit();
-        m_imageThread.wait();
+        m_thread->quit();
+        if (!m_thread->wait(QDeadlineTimer(endPatience)))
+            return; // a thread that runs must not be destroyed
+        delete m_thread;
+        waitForDiscardedManagers(endPatience);
     }
     Q_DISABLE_COPY_MOVE(Sessions)
 
-    HttpClient *client(Session session)
-    {
-        switch (session) {
-        case Session::Exchange:
-            return &m_exchange;
-        case Session::Shared:
-            return &m_shared;
-        case Session::Reports:
-            return &m_reports;
-        case Session::Images:
-            break;
-        }
-        return m_images;
-    }
+    HttpClient *client(Session session) const { return m_clients[size_t(session)]; }
 
 private:
-    HttpClient m_exchange;
-    HttpClient m_shared;
-    HttpClient m_reports;
-    HttpClient *m_images;
-    QThread m_imageThread;
+    QThread *const m_thread = new QThread;
+    const std::array<HttpClient *, 4> m_clients{
+        new HttpClient({.onFreshConnection = true}),
+        new HttpClient(
+            {.inactivity = 60s, .total = 60s, .bytes = 1024 * 1024, .discardBody = true}),
+        new HttpClient(
+            {.inactivity = 60s, .total = 60s, .bytes = 1024 * 1024, .discardBody = true}),
+        new HttpClient(
+            {.inactivity = 30s, .total = 120s, .bytes = 32 * 1024 * 1024, .mayResend = true}),
+    };
 };
+
+void send(Session session, const HttpRequest &request, HttpClient::Done done)
+{
+    if (Sessions *sessions = ofApplication<Sessions>())
+        sessions->client(session)->send(request, std::move(done));
+}
 
 } // namespace
 
 void sendHttp(Session session, const HttpRequest &request, HttpClient::Done done)
 {
-    onMainThread([session, request, done = std::move(done)] {
-        if (Sessions *sessions = ofApplication<Sessions>())
-            sessions->client(session)->send(request, done);
-    });
+    if (isMainThread()) {
+        send(session, request, std::move(done));
+        return;
+    }
+    onMainThread([session, request, done = std::move(done)] { send(session, request, done); });
 }
 
 } // namespace znt

@@ -5,16 +5,17 @@
 
 namespace znt {
 
-// Made at first use, gone with the application object.
+// Made at first use, gone with the application object. They share a thread of the library's own:
+// an answer of megabytes keeps it busy for tens of milliseconds.
 enum class Session {
-    Exchange, // the exchange's endpoints, on the main thread
-    Shared,   // tracking, on the main thread
-    Reports,  // error reports, on the main thread
-    Images,   // creatives' pictures, on a thread of its own
+    Exchange, // the exchange's endpoints
+    Tracking,
+    Reports, // error reports
+    Images,  // creatives' pictures and videos
 };
 
-// From any thread; `done` runs in the session's. Drops the request when there is no application
-// object.
+// From any thread; `done` runs, and is destroyed, in the sessions' thread. Drops the request when
+// there is no application object.
 ZNTADS_INTERNAL void sendHttp(Session session, const HttpRequest &request, HttpClient::Done done);
 
 } // namespace znt

@@ -67,10 +67,10 @@ void endFromAnotherThread()
 
 void endAtExit()
 {
-    if (isApplicationRunning()) {
-        const bool isMain = QThread::currentThread() == QCoreApplication::instance()->thread();
-        isMain ? endAll() : endFromAnotherThread();
-    }
+    if (isMainThread())
+        endAll();
+    else if (isApplicationRunning())
+        endFromAnotherThread();
     auto &pool = neverDestroyed<QThreadPool>();
     pool.clear();
     pool.waitForDone(endPatience);
@@ -90,6 +90,12 @@ void begin()
 Q_COREAPP_STARTUP_FUNCTION(begin)
 
 } // namespace
+
+bool isMainThread()
+{
+    return isApplicationRunning()
+        && QThread::currentThread() == QCoreApplication::instance()->thread();
+}
 
 bool isApplicationRunning()
 {

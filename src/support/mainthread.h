@@ -47,6 +47,9 @@ void discardInPool(Value value)
     inPool([value = std::move(value)] {});
 }
 
+// Whether the caller is on the main thread of an application that is running.
+ZNTADS_INTERNAL bool isMainThread();
+
 // Whether there is an application object that has not begun to go, and exit() was not called.
 ZNTADS_INTERNAL bool isApplicationRunning();
 
