@@ -1,5 +1,7 @@
 #include "net/imagedecoder.h"
 
+#include "net/picturebytes.h"
+
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImageReader>
@@ -7,29 +9,6 @@
 namespace znt {
 
 namespace {
-
-// The formats of the web that hold pixels only: none that can refer to other files, is drawn by a
-// program, or leaves out pixels without Qt noticing, as BMP does.
-QByteArray formatOf(const QByteArray &bytes)
-{
-    if (bytes.startsWith("\x89PNG\r\n\x1a\n"))
-        return "png";
-    if (bytes.startsWith("\xff\xd8\xff"))
-        return "jpeg";
-    if (bytes.startsWith("GIF87a") || bytes.startsWith("GIF89a"))
-        return "gif";
-    if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP")
-        return "webp";
-    return {};
-}
-
-// A progressive JPEG is gone through once a scan, and a scan can be written in a few bytes: without
-// a bound, a small file would keep the decoder busy for hours. The marker cannot occur in the data.
-bool hasTooManyScans(const QByteArray &bytes)
-{
-    constexpr qsizetype maximumScans = 200;
-    return bytes.count("\xff\xda") > maximumScans;
-}
 
 QSize sizeWithinBounds(const QSize &size)
 {
@@ -51,12 +30,11 @@ QImage readyToDraw(QImage image)
 
 QImage decodedImage(const QByteArray &bytes)
 {
-    const QByteArray format = formatOf(bytes);
-    if (format.isEmpty() || (format == "jpeg" && hasTooManyScans(bytes)))
+    PictureBytes picture = drawingBytes(bytes);
+    if (picture.format.isEmpty())
         return {};
-    QBuffer buffer;
-    buffer.setData(bytes);
-    QImageReader reader(&buffer, format);
+    QBuffer buffer(&picture.bytes);
+    QImageReader reader(&buffer, picture.format);
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
     const QSize size = reader.size();

@@ -4,6 +4,12 @@
 #include "support/exchangetest.h"
 #include "support/pictures.h"
 
+#include <sys/resource.h>
+#include <zlib.h>
+
+#include <bit>
+#include <random>
+
 using namespace znt;
 using namespace znt::test;
 
@@ -17,6 +23,70 @@ QByteArray jpegAnnouncing(quint16 width, quint16 height)
     qToBigEndian(height, header + 5);
     qToBigEndian(width, header + 7);
     return jpeg;
+}
+
+QByteArray pngChunk(const QByteArray &type, const QByteArray &data)
+{
+    QByteArray chunk(4, 0);
+    qToBigEndian(quint32(data.size()), chunk.data());
+    chunk += type + data;
+    QByteArray check(4, 0);
+    const auto *checked = reinterpret_cast<const Bytef *>(chunk.constData()) + 4;
+    qToBigEndian(quint32(crc32(0, checked, uInt(chunk.size() - 4))), check.data());
+    return chunk + check;
+}
+
+// After the header.
+QByteArray pngWith(const QByteArray &chunks)
+{
+    return written(twoHalves({40, 20})).insert(33, chunks);
+}
+
+// As zlib writes them: a few bytes that expand to megabytes.
+QByteArray packedZeros(qsizetype count)
+{
+    return qCompress(QByteArray(count, 0), 9).mid(4);
+}
+
+// A picture of two pixels whose codes stand for thousands each, ten gigabytes in all.
+QByteArray gifOfLongCodes()
+{
+    QByteArray codes;
+    quint32 bits = 0;
+    int count = 0;
+    const auto put = [&](int code, int width) {
+        bits |= quint32(code) << count;
+        for (count += width; count >= 8; count -= 8, bits >>= 8)
+            codes += char(bits);
+    };
+    put(4, 3); // clear
+    put(0, 3);
+    for (int code = 6; code < 4096; ++code) // each the one before and one pixel more
+        put(code, int(std::bit_width(unsigned(code - 1))));
+    for (int i = 0; i < 2'500'000; ++i)
+        put(4095, 12);
+    QByteArray gif =
+        QByteArray::fromHex("4749463839610200010080000000000000ffffff2c00000000020001000002");
+    for (qsizetype i = 0; i < codes.size(); i += 255) {
+        const QByteArray block = codes.mid(i, 255);
+        gif += char(block.size());
+        gif += block;
+    }
+    return gif + QByteArray::fromHex("003b");
+}
+
+QByteArray mutated(QByteArray bytes, std::mt19937 &random)
+{
+    for (unsigned i = random() % 6 + 1; i > 0; --i)
+        bytes[qsizetype(random() % size_t(bytes.size()))] = char(random());
+    return random() % 4 ? bytes : bytes.left(qsizetype(random() % size_t(bytes.size())));
+}
+
+qint64 peakMemory()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return qint64(usage.ru_maxrss) * 1024;
 }
 
 } // namespace
@@ -76,11 +146,65 @@ private slots:
         const QByteArray png = written(image), jpeg = written(image, "jpg");
         const QByteArray svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9\" "
                                "height=\"9\"><rect/></svg>";
-        for (const QByteArray &bytes : {QByteArray(), QByteArray("<html>404</html>"), svg,
-                 written(image, "bmp"), png.left(8), png.left(png.size() / 2),
-                 jpegAnnouncing(8192, 4097), QByteArray("GIF89a") + QByteArray(32, 0),
-                 jpegAnnouncing(65500, 65500), jpeg + QByteArray("\xff\xda").repeated(1000)})
+        for (const QByteArray &bytes :
+            {QByteArray(), QByteArray("<html>404</html>"), svg, written(image, "bmp"), png.left(8),
+                png.left(png.size() / 2), jpegAnnouncing(8192, 4097),
+                QByteArray("GIF89a") + QByteArray(32, 0), jpegAnnouncing(65500, 65500)})
             QVERIFY2(decodedImage(bytes).isNull(), bytes.left(100).toHex().constData());
+    }
+
+    void whatDoesNotDrawIsLeftOut()
+    {
+        const QImage image = twoHalves({40, 20});
+        QImage described = image;
+        described.setText("Comment", QString(10'000, u'x'));
+        const QByteArray jpeg = written(image, "jpg");
+        const QByteArray comment = QByteArray::fromHex("fffe0004") + "hi";
+        for (const QByteArray &bytes : {written(described),
+                 pngWith(pngChunk("iCCP", QByteArray("k\0\0", 3) + "broken")), jpeg + "trailer",
+                 QByteArray(jpeg).insert(2, comment + "\xff\xff"), jpeg.left(jpeg.size() - 2)}) {
+            const QImage decoded = decodedImage(bytes);
+            QVERIFY(decoded.pixelColor(5, 5).red() > 250 && decoded.pixelColor(5, 5).blue() < 5);
+            QCOMPARE(decoded.text(), QString());
+        }
+        for (int i = 0; i < 8; ++i) {
+            const auto transformation = QImageIOHandler::Transformation(i);
+            const QByteArray turned = written(image, "jpg", transformation);
+            QBuffer buffer;
+            buffer.setData(turned);
+            QImageReader reader(&buffer);
+            reader.setAutoTransform(true);
+            const QImage wanted = reader.read();
+            QCOMPARE(decodedImage(turned).convertedTo(wanted.format()), wanted);
+        }
+    }
+
+    void noPictureCostsMoreThanItsPixels()
+    {
+        const QByteArray jpeg = written(twoHalves({1000, 1000}), "jpg");
+        const QByteArray scan = jpeg.mid(jpeg.indexOf("\xff\xda")).chopped(2);
+        const QByteArray text = QByteArray("k\0\0", 3) + packedZeros(8'000'000);
+        QByteArrayList files{pngWith(QByteArray::fromHex("7fffffff") + "tEXt"),
+            pngWith(pngChunk("zTXt", text).repeated(100)), pngWith(pngChunk("iCCP", text)),
+            QByteArray(jpeg).insert(jpeg.size() - 2, scan.repeated(400)), gifOfLongCodes()};
+        std::mt19937 random(1);
+        for (const char *format : {"png", "jpg", "webp"}) {
+            for (int i = 0; i < 200; ++i)
+                files.append(mutated(written(twoHalves({40, 20}), format), random));
+        }
+        for (int i = 0; i < 200; ++i)
+            files.append(mutated(gifOfLongCodes().left(600), random));
+        QLoggingCategory::setFilterRules("qt.gui.imageio*=false"); // says what is broken
+        const auto restored = qScopeGuard([] { QLoggingCategory::setFilterRules({}); });
+        const qint64 before = peakMemory();
+        for (const QByteArray &bytes : files) {
+            QElapsedTimer timer;
+            timer.start();
+            const QImage image = decodedImage(bytes);
+            QVERIFY2(timer.elapsed() < 1000, bytes.left(200).toHex().constData());
+            QVERIFY2(peakMemory() - before < 48'000'000 + 40LL * image.width() * image.height(),
+                bytes.left(200).toHex().constData());
+        }
     }
 
     void pictureAndCopyArriveOnTheMainThread()
