@@ -43,7 +43,8 @@ public:
 
     /// Shows @p adData in place of what was shown before, starts loading its pictures (http or
     /// https) and makes the template react to taps. A picture that cannot be had leaves its place
-    /// empty; what an earlier setup still loads never arrives. Null does nothing.
+    /// empty; a logo at the picture's address is fetched together with it. What an earlier setup
+    /// still loads never arrives. Null does nothing.
     void setupWithAdsData(const ZNTFeedAdDataPtr &adData) override;
 
     /// The record's title, cut to a length that any template can show; null or empty makes the

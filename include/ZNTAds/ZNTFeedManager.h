@@ -53,7 +53,7 @@ public:
     /// one before.
     void loadAdData();
     /// Takes an answer of the exchange as if it had been requested, without telling the delegate.
-    /// An unusable one leaves the records as they were.
+    /// A value of a wrong type counts as missing; an unusable answer changes nothing.
     /// @return whether it could be used
     bool handleAdResponse(const QJsonValue &response);
     /// Logs @p error and notifies the delegate of it in a later iteration of the event loop.

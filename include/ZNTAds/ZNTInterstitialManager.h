@@ -60,6 +60,7 @@ public:
     void loadAdData();
     /// Takes an answer of the exchange as if it had been requested, without a word to the delegate.
     /// Tracking lists that it lacks stay as an earlier answer left them.
+    /// A value of a wrong type counts as missing.
     /// @return whether it held an ad that is now loaded
     bool handleAdResponse(const QJsonValue &response);
     /// Shows the loaded ad over the screen item. An ad of this manager that is still on screen is

@@ -44,7 +44,8 @@ public:
 
     /// Hides the creative, then shows it once its picture has been fetched and decoded, with its
     /// blurred copy behind it. Without the picture it stays hidden. A later setup replaces this
-    /// one; what this one still loads never arrives.
+    /// one; what this one still loads never arrives. A logo at the picture's address is fetched
+    /// together with it.
     /// @param imageUrl the picture's http or https address
     /// @param actionTip the text under the card; null for none
     /// @param source the advertiser's name; without one the label reads "广告"

@@ -71,6 +71,7 @@ public:
     /// Requests an ad. Showing is a call of its own, which names the window again.
     void loadAndShowSplashAdWithWindow(QQuickWindow *window);
     /// Takes an answer of the exchange as if it had been requested.
+    /// A value of a wrong type counts as missing.
     /// @return whether it held an ad that is now loaded
     bool handleAdResponse(const QJsonValue &response);
     /// Covers @p window with the loaded ad and starts its five seconds, which pass unseen when it

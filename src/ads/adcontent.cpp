@@ -36,12 +36,13 @@ void AdContent::setSource(const QString &source)
     Q_EMIT changed();
 }
 
-void AdContent::fetchLogo(bool hasLogo, const QString &url)
+void AdContent::fetchLogo(bool hasLogo, const QString &url, const QString &pictureUrl)
 {
     m_hasLogo = hasLogo;
+    m_logoIsPicture = url == pictureUrl;
     Q_EMIT changed();
     setLogo({});
-    if (!url.isEmpty())
+    if (!url.isEmpty() && !m_logoIsPicture)
         fetchImage(url, setup(), [this](const QImage &logo) { setLogo(logo); });
 }
 
@@ -62,6 +63,8 @@ void AdContent::setPicture(const QImage &picture)
         return;
     m_picture = picture;
     Q_EMIT pictureChanged();
+    if (m_logoIsPicture)
+        setLogo(picture);
 }
 
 void AdContent::setLogo(const QImage &logo)

@@ -41,7 +41,8 @@ public:
     // A logo that cannot be had leaves its place empty; the label does not come back.
     bool hasLogo() const { return m_hasLogo; }
     QImage logo() const { return m_logo; }
-    void fetchLogo(bool hasLogo, const QString &url);
+    // Where the picture's address is the same, it is fetched once, for both.
+    void fetchLogo(bool hasLogo, const QString &url, const QString &pictureUrl);
 
     // A picture that cannot be had leaves the one before.
     QImage picture() const { return m_picture; }
@@ -64,6 +65,7 @@ private:
     QString m_text;
     QString m_source;
     bool m_hasLogo = false;
+    bool m_logoIsPicture = false;
     QImage m_logo;
     QImage m_picture;
     std::unique_ptr<QObject> m_setup;

@@ -68,8 +68,9 @@ void ZNTFeedAdView::setupWithAdsData(const ZNTFeedAdDataPtr &adData)
     d->content.setText(adData->title());
     d->content.setSource(adData->source());
     d->content.clearPicture();
-    d->content.fetchPicture(adData->imageUrls().value(0));
-    d->content.fetchLogo(!adData->sourceLogo().isNull(), adData->sourceLogo());
+    const QString pictureUrl = adData->imageUrls().value(0);
+    d->content.fetchPicture(pictureUrl);
+    d->content.fetchLogo(!adData->sourceLogo().isNull(), adData->sourceLogo(), pictureUrl);
     createPart();
 }
 

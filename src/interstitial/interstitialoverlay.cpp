@@ -34,7 +34,7 @@ InterstitialOverlay::InterstitialOverlay(const Ad &ad, QQuickItem *screen)
     setFlag(ItemIsFocusScope);
     m_content.setText(textOf(ad));
     m_content.fetchPicture(ad.imageUrls.value(0));
-    m_content.fetchLogo(!ad.sourceLogo.isEmpty(), ad.sourceLogo);
+    m_content.fetchLogo(!ad.sourceLogo.isEmpty(), ad.sourceLogo, ad.imageUrls.value(0));
     connect(&m_part, &QmlPart::tapped, this, &InterstitialOverlay::clicked);
     connect(&m_part, &QmlPart::closeRequested, this, &InterstitialOverlay::closeRequested);
     connect(&m_covering, &Covering::safeInsetsChanged, this, &InterstitialOverlay::safeAreaChanged);

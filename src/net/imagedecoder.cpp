@@ -10,6 +10,21 @@ namespace znt {
 
 namespace {
 
+// The formats of the web that hold pixels only: none that can refer to other files, is drawn by a
+// program, or leaves out pixels without Qt noticing, as BMP does.
+QByteArray formatOf(const QByteArray &bytes)
+{
+    if (bytes.startsWith("\x89PNG\r\n\x1a\n"))
+        return "png";
+    if (bytes.startsWith("\xff\xd8\xff"))
+        return "jpeg";
+    if (bytes.startsWith("GIF87a") || bytes.startsWith("GIF89a"))
+        return "gif";
+    if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP")
+        return "webp";
+    return {};
+}
+
 QSize sizeWithinBounds(const QSize &size)
 {
     if (qMax(size.width(), size.height()) <= maximumSide)
@@ -30,11 +45,13 @@ QImage readyToDraw(QImage image)
 
 QImage decodedImage(const QByteArray &bytes)
 {
-    PictureBytes picture = drawingBytes(bytes);
-    if (picture.format.isEmpty())
+    const QByteArray format = formatOf(bytes);
+    const QByteArray drawing = format.isEmpty() ? format : drawingBytes(bytes, format);
+    if (drawing.isEmpty())
         return {};
-    QBuffer buffer(&picture.bytes);
-    QImageReader reader(&buffer, picture.format);
+    QBuffer buffer;
+    buffer.setData(drawing);
+    QImageReader reader(&buffer, format);
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
     const QSize size = reader.size();

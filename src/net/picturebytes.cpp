@@ -4,397 +4,497 @@
 
 #include <QtEndian>
 
-#include <algorithm>
 #include <array>
-#include <bit>
+#include <zlib.h>
 
 namespace znt {
 
 namespace {
 
-// How often a progressive JPEG goes over all its pixels, beside a bound on the product: each scan
-// can be written in a few bytes. Encoders make about ten.
-constexpr int maximumScans = 200;
-constexpr qint64 maximumScannedPixels = 400'000'000;
-// Encoders write a few tables a scan.
-constexpr int maximumSegments = 2000;
-
-template <class Number>
-Number bigEndian(QByteArrayView bytes, qsizetype at)
+// Reads forward. Past the end it gives nothing, and isBroken() from then on.
+class ByteReader
 {
-    return qFromBigEndian<Number>(bytes.data() + at);
+public:
+    explicit ByteReader(QByteArrayView bytes)
+        : m_rest(bytes)
+    {
+    }
+
+    bool isBroken() const { return m_broken; }
+
+    QByteArrayView take(qsizetype count)
+    {
+        if (count < 0 || count > m_rest.size()) {
+            m_broken = true;
+            count = 0;
+        }
+        const QByteArrayView taken = m_rest.first(count);
+        m_rest = m_rest.sliced(m_broken ? m_rest.size() : count);
+        return taken;
+    }
+
+    // A number of so many bytes; 0 past the end.
+    quint32 big(int size)
+    {
+        quint32 number = 0;
+        for (const char byte : take(size))
+            number = number << 8 | uchar(byte);
+        return number;
+    }
+    quint32 little(int size)
+    {
+        quint32 number = 0;
+        int shift = 0;
+        for (const char byte : take(size))
+            number |= quint32(uchar(byte)) << std::exchange(shift, shift + 8);
+        return number;
+    }
+
+    // JPEG: the bytes before the next marker. Escaped and restart markers belong to the data.
+    QByteArrayView takeUntilMarker()
+    {
+        qsizetype end = 0;
+        const auto isData = [&] {
+            const uchar code = uchar(m_rest[end + 1]);
+            return code == 0 || (code >= 0xd0 && code <= 0xd7);
+        };
+        do
+            end = m_rest.indexOf('\xff', end);
+        while (end >= 0 && end + 1 < m_rest.size() && isData() && (end += 2));
+        return take(end < 0 ? m_rest.size() : end);
+    }
+    uchar takeMarker()
+    {
+        uchar code = 0xff;
+        while (code == 0xff && !m_broken)
+            code = big(1);
+        return code;
+    }
+
+private:
+    QByteArrayView m_rest;
+    bool m_broken = false;
+};
+
+template <typename T>
+QByteArray bigBytes(T number)
+{
+    QByteArray bytes(sizeof(T), Qt::Uninitialized);
+    qToBigEndian(number, bytes.data());
+    return bytes;
 }
 
-int littleEndian16(QByteArrayView bytes, qsizetype at)
+bool isWithinLimit(qint64 width, qint64 height, int weight = 1)
 {
-    return qFromLittleEndian<quint16>(bytes.data() + at);
-}
-
-quint8 byteAt(QByteArrayView bytes, qsizetype at)
-{
-    return quint8(bytes[at]);
-}
-
-template <size_t Count>
-bool isOneOf(QByteArrayView name, const std::array<const char *, Count> &names)
-{
-    return std::any_of(
-        names.begin(), names.end(), [&](const char *other) { return name == other; });
+    return width > 0 && height > 0 && width * height <= maximumPixels / weight;
 }
 
 // PNG
 
-QByteArray drawingChunks(QByteArrayView png)
+QByteArray pngChunk(const QByteArray &type, QByteArrayView data)
 {
-    static constexpr std::array drawing{"IHDR", "PLTE", "tRNS", "gAMA", "cHRM", "sRGB", "IDAT"};
-    QByteArray kept = png.first(8).toByteArray();
-    for (qsizetype at = 8; at + 12 <= png.size();) {
-        const quint32 length = bigEndian<quint32>(png, at);
-        if (length > quint32(png.size() - at - 12))
-            return {};
-        const QByteArrayView type = png.sliced(at + 4, 4);
-        const QByteArrayView chunk = png.sliced(at, qsizetype(length) + 12);
-        if (type == "IEND") {
-            kept += chunk.first(12);
-            return kept;
-        }
-        const bool isCritical = (type[0] & 0x20) == 0;
-        if (length > 0 && isOneOf(type, drawing))
-            kept += chunk;
-        else if (length > 0 && isCritical)
-            return {};
-        at += chunk.size();
+    const QByteArray body = type + data.toByteArray();
+    const auto checksum = crc32_z(0, reinterpret_cast<const Bytef *>(body.data()), body.size());
+    return bigBytes(quint32(data.size())) + body + bigBytes(quint32(checksum));
+}
+
+// libpng would inflate all that follows the last row.
+bool inflatesWithin(const QByteArray &data, qint64 limit)
+{
+    std::array<Bytef, 32 * 1024> discarded;
+    z_stream stream{};
+    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(data.constData()));
+    stream.avail_in = uInt(data.size());
+    int result = inflateInit(&stream);
+    while (result == Z_OK && qint64(stream.total_out) <= limit) {
+        stream.next_out = discarded.data();
+        stream.avail_out = discarded.size();
+        result = inflate(&stream, Z_NO_FLUSH);
     }
-    return {};
+    inflateEnd(&stream);
+    return qint64(stream.total_out) <= limit;
+}
+
+bool isPngWithinLimit(QByteArrayView header)
+{
+    ByteReader in(header);
+    const qint64 width = in.big(4), height = in.big(4);
+    const int depth = in.big(1);
+    return isWithinLimit(width, height, depth > 8 ? 2 : 1);
+}
+
+QByteArray drawingPng(ByteReader in)
+{
+    QByteArrayList wanted{"IHDR", "PLTE", "tRNS", "gAMA", "cHRM", "sRGB"};
+    QByteArray drawn = in.take(8).toByteArray(), pixels;
+    while (!in.isBroken()) {
+        const quint32 length = in.big(4);
+        const QByteArray type = in.take(4).toByteArray();
+        const QByteArrayView data = in.take(length);
+        const QByteArrayView checksum = in.take(4);
+        if (type == "IEND")
+            break;
+        if (type == "IHDR" && !isPngWithinLimit(data))
+            return {};
+        if (type == "IDAT")
+            pixels.append(data.data(), data.size());
+        else if (pixels.isEmpty() && data.size() <= 768 && wanted.removeOne(type))
+            drawn += bigBytes(length) + type + data.toByteArray() + checksum.toByteArray();
+    }
+    constexpr qint64 rowsOfLargest = 5 * maximumPixels; // with each row's filter
+    if (in.isBroken() || wanted.contains("IHDR") || !inflatesWithin(pixels, rowsOfLargest))
+        return {};
+    return drawn + pngChunk("IDAT", pixels) + pngChunk("IEND", {});
 }
 
 // JPEG
 
-// As the value 1 to 8 of the one entry of an Exif directory that is read; 0 where there is none.
-int exifOrientation(QByteArrayView tiff)
+QByteArray jpegSegment(uchar marker, QByteArrayView data)
 {
-    if (tiff.size() < 8)
-        return 0;
-    const bool isBigEndian = tiff.startsWith("MM");
-    const auto number16 = [&](qsizetype at) {
-        return isBigEndian ? int(bigEndian<quint16>(tiff, at)) : littleEndian16(tiff, at);
+    return bigBytes(quint16(0xff00 | marker)) + bigBytes(quint16(data.size() + 2))
+        + data.toByteArray();
+}
+
+// 0 when there is none.
+quint32 orientationOf(QByteArrayView tiff)
+{
+    const auto next = [little = tiff.startsWith("II")](ByteReader &in, int size) {
+        return little ? in.little(size) : in.big(size);
     };
-    const quint32 directory =
-        isBigEndian ? bigEndian<quint32>(tiff, 4) : qFromLittleEndian<quint32>(tiff.data() + 4);
-    if (directory > quint32(tiff.size()) - 2)
-        return 0;
-    const qsizetype entries = qsizetype(directory) + 2;
-    for (int i = 0; i < number16(directory) && entries + 12 * (i + 1) <= tiff.size(); ++i) {
-        if (number16(entries + 12 * i) == 0x0112)
-            return qBound(0, number16(entries + 12 * i + 8), 8);
+    ByteReader header(tiff), directory(tiff);
+    header.take(4);
+    directory.take(next(header, 4));
+    for (int left = next(directory, 2); left > 0 && !directory.isBroken(); --left) {
+        ByteReader entry(directory.take(12));
+        constexpr quint32 orientationTag = 0x112;
+        const bool found = next(entry, 2) == orientationTag;
+        entry.take(6);
+        if (found)
+            return next(entry, 2);
     }
     return 0;
 }
 
-QByteArray exifSegment(int orientation)
+// An Exif segment that says nothing else.
+QByteArray orientationSegment(quint32 orientation)
 {
-    QByteArray segment = QByteArray::fromHex(
-        "ffe100224578696600004d4d002a00000008000101120003000000010000000000000000");
-    segment[29] = char(orientation);
-    return segment;
+    if (orientation < 1 || orientation > 8)
+        return {};
+    return jpegSegment(0xe1,
+        QByteArray::fromHex("4578696600004d4d002a00000008000101120003000000010000")
+            .replace(25, 1, QByteArray(1, char(orientation)))
+            .append(6, '\0'));
 }
 
-class JpegReader
+// What an application's segment says about drawing; empty when it says nothing.
+QByteArray drawingApplicationSegment(uchar marker, QByteArrayView data)
+{
+    constexpr int adobeSize = 12, jfifSize = 14, exifSize = 6;
+    if (marker == 0xee && data.startsWith("Adobe") && data.size() >= adobeSize)
+        return jpegSegment(marker, data.first(adobeSize));
+    if (marker == 0xe0 && data.startsWith("JFIF") && data.size() >= jfifSize) {
+        const QByteArray noThumbnail(2, '\0');
+        return jpegSegment(marker, data.first(jfifSize - 2).toByteArray() + noThumbnail);
+    }
+    if (marker == 0xe1 && data.startsWith("Exif") && data.size() >= exifSize)
+        return orientationSegment(orientationOf(data.sliced(exifSize)));
+    return {};
+}
+
+// The frame is gone through once a scan, and a scan can be written in a few bytes.
+class JpegCost
 {
 public:
-    explicit JpegReader(QByteArrayView jpeg)
-        : m_jpeg(jpeg)
-        , m_kept(jpeg.first(2).toByteArray())
+    bool addFrame(QByteArrayView data)
+    {
+        ByteReader in(data);
+        const int depth = in.big(1);
+        const qint64 height = in.big(2), width = in.big(2);
+        const int components = in.big(1);
+        const bool isFirst = m_samples == 0;
+        // Its blocks fill units of up to 32 pixels.
+        m_samples = (width + 31) * (height + 31);
+        return isFirst && depth == 8 && components <= 4
+            && isWithinLimit(width, height, components == 4 ? 2 : 1);
+    }
+
+    bool addScan(QByteArrayView data)
+    {
+        const int components = ByteReader(data).big(1);
+        return m_samples > 0 && components <= 4 && add(components * m_samples + ScanOverhead);
+    }
+
+    bool addTable() { return add(TableOverhead); }
+
+private:
+    // In samples. The largest picture may have the ten scans of an ordinary progressive one.
+    enum : qint64 { ScanOverhead = 1 << 20, TableOverhead = 1 << 16, Maximum = 1 << 28 };
+
+    bool add(qint64 cost) { return (m_total += cost) <= Maximum; }
+
+    qint64 m_samples = 0; // of one component, at most
+    qint64 m_total = 0;
+};
+
+// Only frames of Huffman codes are kept: the others take far longer to decode.
+class JpegFilter
+{
+public:
+    explicit JpegFilter(ByteReader in)
+        : m_drawn(in.take(2).toByteArray())
+        , m_in(in)
     {
     }
 
-    QByteArray drawingSegments()
+    QByteArray filtered()
     {
-        for (int i = 0; i < maximumSegments; ++i) {
-            if (!findMarker()) // cut off
-                return m_scans > 0 ? m_kept + "\xff\xd9" : QByteArray();
-            const quint8 marker = byteAt(m_jpeg, m_at + 1);
-            if (marker == 0xd9)
-                return m_kept + "\xff\xd9";
-            if (!take(marker))
+        while (true) {
+            const QByteArrayView coded = m_in.takeUntilMarker();
+            if (m_inScan)
+                m_drawn.append(coded.data(), coded.size());
+            const uchar marker = m_in.takeMarker();
+            if (marker == End || m_in.isBroken()) // a missing end is common
+                return m_drawn + bigBytes(quint16(0xff00 | End));
+            const QByteArrayView data = m_in.take(qsizetype(m_in.big(2)) - 2);
+            if (m_in.isBroken() || !addSegment(marker, data))
                 return {};
         }
-        return {};
     }
 
 private:
-    // Fill bytes may stand before a marker. At the end of cut-off data nothing is left to find.
-    bool findMarker()
-    {
-        while (m_at + 4 <= m_jpeg.size() && byteAt(m_jpeg, m_at) == 0xff
-            && byteAt(m_jpeg, m_at + 1) == 0xff)
-            ++m_at;
-        return m_at + 2 <= m_jpeg.size() && byteAt(m_jpeg, m_at) == 0xff;
-    }
+    enum : uchar {
+        Baseline = 0xc0,
+        Progressive = 0xc2,
+        HuffmanTable = 0xc4,
+        End = 0xd9,
+        Scan = 0xda,
+        QuantizationTable = 0xdb,
+        RestartInterval = 0xdd
+    };
 
-    bool take(quint8 marker)
+    bool addSegment(uchar marker, QByteArrayView data)
     {
-        if (m_at + 4 > m_jpeg.size())
-            return false;
-        const qsizetype size = 2 + bigEndian<quint16>(m_jpeg, m_at + 2);
-        if (size < 4 || m_at + size > m_jpeg.size())
-            return false;
-        const QByteArrayView segment = m_jpeg.sliced(m_at, size);
-        m_at += size;
-        switch (marker) {
-        case 0xc0:
-        case 0xc1:
-        case 0xc2: // baseline, extended, progressive
-            return takeFrame(segment);
-        case 0xc4:
-        case 0xdb:
-        case 0xdd: // tables, restart interval
-            m_kept += segment;
-            return true;
-        case 0xda:
-            return takeScan(segment);
-        case 0xe0:
-            if (segment.sliced(4).startsWith("JFIF") && size >= 18)
-                m_kept += QByteArray::fromHex("ffe000104a46494600010100000100010000");
-            return true;
-        case 0xe1:
-            if (segment.sliced(4).startsWith(QByteArrayView("Exif\0\0", 6)))
-                m_kept += exifSegment(exifOrientation(segment.sliced(10)));
-            return true;
-        case 0xee:
-            if (segment.sliced(4).startsWith("Adobe") && size <= 32)
-                m_kept += segment;
-            return true;
-        default:
-            return (marker >= 0xe2 && marker <= 0xef) || marker == 0xfe; // applications', comment
+        m_inScan = marker == Scan;
+        if (marker >= Baseline && marker <= Progressive)
+            return addDrawing(marker, data, m_cost.addFrame(data));
+        if (marker == Scan)
+            return addDrawing(marker, data, m_cost.addScan(data));
+        if (marker == HuffmanTable || marker == QuantizationTable || marker == RestartInterval)
+            return addDrawing(marker, data, m_cost.addTable());
+        const QByteArray drawing = drawingApplicationSegment(marker, data);
+        if (!drawing.isEmpty() && !m_applications.contains(char(marker))) {
+            m_applications += char(marker);
+            m_drawn += drawing;
         }
-    }
-
-    bool takeFrame(QByteArrayView segment)
-    {
-        if (segment.size() < 10)
-            return false;
-        m_pixels = qint64(bigEndian<quint16>(segment, 5)) * bigEndian<quint16>(segment, 7);
-        m_kept += segment;
         return true;
     }
 
-    bool takeScan(QByteArrayView segment)
+    bool addDrawing(uchar marker, QByteArrayView data, bool isWithinCost)
     {
-        if (++m_scans > maximumScans || m_scans * m_pixels > maximumScannedPixels)
-            return false;
-        const qsizetype begin = m_at;
-        while (m_at + 1 < m_jpeg.size() && isEntropyCoded())
-            ++m_at;
-        if (m_at + 1 == m_jpeg.size())
-            ++m_at; // cut off
-        m_kept += segment;
-        m_kept += m_jpeg.sliced(begin, m_at - begin);
-        return true;
+        m_drawn += jpegSegment(marker, data);
+        return isWithinCost;
     }
 
-    bool isEntropyCoded() const
-    {
-        const quint8 next = byteAt(m_jpeg, m_at + 1);
-        return byteAt(m_jpeg, m_at) != 0xff || next == 0 || (next >= 0xd0 && next <= 0xd7);
-    }
-
-    const QByteArrayView m_jpeg;
-    QByteArray m_kept;
-    qsizetype m_at = 2;
-    qint64 m_pixels = 0;
-    int m_scans = 0;
+    QByteArray m_drawn, m_applications;
+    ByteReader m_in;
+    JpegCost m_cost;
+    bool m_inScan = false;
 };
 
 // GIF
 
-// How many bytes of the codes draw that many pixels. A code stands for up to 4096 of them, and a
-// decoder goes on with those for which there is no room.
-class GifCodes
+// Counts the pixels that LZW codes stand for. A code stands for up to 4096, and the codes may go on
+// after the picture is full.
+class GifPixelCounter
 {
 public:
-    GifCodes(QByteArrayView codes, int literalBits)
-        : m_codes(codes)
-        , m_clear(1 << literalBits)
+    explicit GifPixelCounter(int rootBits)
+        : m_rootBits(rootBits)
     {
+        m_lengths.fill(1);
         clear();
     }
 
-    qsizetype bytesFor(qint64 pixels)
+    qint64 count() const { return m_count; }
+
+    void add(QByteArrayView data)
     {
-        while (pixels > 0 && m_bit + m_width <= m_codes.size() * 8) {
-            const int code = next();
-            if (code == m_clear)
-                clear();
-            else if (code == m_clear + 1 || !draw(code, pixels))
-                break;
+        for (const char byte : data) {
+            m_held |= quint32(uchar(byte)) << m_heldBits;
+            m_heldBits += 8;
+            while (m_heldBits >= m_bits) {
+                const int bits = m_bits;
+                addCode(m_held & ((1U << bits) - 1));
+                m_held >>= bits;
+                m_heldBits -= bits;
+            }
         }
-        return qMin(m_bit / 8 + 1, m_codes.size());
     }
 
 private:
-    int next()
-    {
-        int code = 0;
-        for (int i = 0; i < m_width; ++i, ++m_bit)
-            code |= (byteAt(m_codes, m_bit / 8) >> (m_bit % 8) & 1) << i;
-        return code;
-    }
     void clear()
     {
-        m_free = m_clear + 2;
-        m_width = std::bit_width(unsigned(m_clear));
-        m_previous = -1;
+        m_bits = m_rootBits + 1;
+        m_next = (1 << m_rootBits) + 2;
+        m_previousLength = 0;
     }
-    int lengthOf(int code) const { return code < m_clear ? 1 : m_lengths[size_t(code)]; }
 
-    bool draw(int code, qint64 &pixels)
+    void addCode(int code)
     {
-        if (code > m_free || (code == m_free && m_previous < 0))
-            return false;
-        const bool learns = m_previous >= 0 && m_free < int(m_lengths.size());
-        if (learns)
-            m_lengths[size_t(m_free)] = lengthOf(m_previous) + 1;
-        if (code >= int(m_lengths.size()))
-            return false;
-        pixels -= lengthOf(code);
-        m_free += learns;
-        if (m_free == 1 << m_width && m_width < 12)
-            ++m_width;
-        m_previous = code;
-        return true;
+        if (code == 1 << m_rootBits)
+            return clear();
+        const int length = code < m_next ? m_lengths[code] : m_previousLength + 1;
+        m_count += length;
+        if (m_previousLength > 0 && m_next < int(m_lengths.size())) {
+            m_lengths[m_next++] = m_previousLength + 1;
+            if (m_next == 1 << m_bits && m_bits < 12)
+                ++m_bits;
+        }
+        m_previousLength = length;
     }
 
-    const QByteArrayView m_codes;
-    const int m_clear;
-    std::array<int, 4096> m_lengths{};
-    qsizetype m_bit = 0;
-    int m_width = 0;
-    int m_free = 0;
-    int m_previous = -1;
+    const int m_rootBits;
+    std::array<quint16, 4096> m_lengths;
+    quint32 m_held = 0;
+    int m_heldBits = 0;
+    int m_bits;
+    int m_next;
+    int m_previousLength;
+    qint64 m_count = 0;
 };
 
-class GifReader
+// The blocks up to the empty one that ends them; empty when they stand for more pixels than the
+// largest picture has.
+QByteArray takeGifPixels(ByteReader &in, int rootBits)
 {
-public:
-    explicit GifReader(QByteArrayView gif)
-        : m_gif(gif)
-    {
-    }
-
-    QByteArray firstImage()
-    {
-        if (!keep(13) || !keepColors(byteAt(m_gif, 10)))
-            return {};
-        while (m_at + 2 <= m_gif.size()) {
-            if (m_gif[m_at] == 0x2c)
-                return image();
-            if (m_gif[m_at] != 0x21)
-                return {};
-            const bool isControl = byteAt(m_gif, m_at + 1) == 0xf9;
-            const qsizetype begin = m_at;
-            m_at += 2;
-            subBlocks();
-            if (isControl && m_at - begin == 8)
-                m_kept += m_gif.sliced(begin, 8);
-        }
+    if (rootBits < 1 || rootBits > 8)
         return {};
-    }
-
-private:
-    bool keep(qsizetype count)
-    {
-        if (m_at + count > m_gif.size())
-            return false;
-        m_kept += m_gif.sliced(m_at, count);
-        m_at += count;
-        return true;
-    }
-    bool keepColors(quint8 flags) { return !(flags & 0x80) || keep(3 << ((flags & 7) + 1)); }
-
-    QByteArray subBlocks()
-    {
-        QByteArray data;
-        while (m_at < m_gif.size()) {
-            const int size = byteAt(m_gif, m_at++);
-            if (size == 0)
-                break;
-            data += m_gif.sliced(m_at).first(qMin<qsizetype>(size, m_gif.size() - m_at));
-            m_at = qMin(m_at + size, m_gif.size());
-        }
-        return data;
-    }
-
-    QByteArray image()
-    {
-        const qsizetype at = m_at;
-        if (!keep(10) || !keepColors(byteAt(m_gif, at + 9)) || !keep(1))
-            return {};
-        const auto number = [&](int offset) { return qint64(littleEndian16(m_gif, at + offset)); };
-        if ((number(1) + number(5)) * (number(3) + number(7)) > maximumPixels)
-            return {};
-        const int literalBits = byteAt(m_gif, m_at - 1);
-        if (literalBits < 1 || literalBits > 8)
-            return {};
-        const QByteArray codes = subBlocks();
-        const qsizetype count = GifCodes(codes, literalBits).bytesFor(number(5) * number(7));
-        for (qsizetype i = 0; i < count; i += 255) {
-            const QByteArray block = codes.mid(i, qMin<qsizetype>(255, count - i));
-            m_kept += char(block.size());
-            m_kept += block;
-        }
-        return m_kept + '\0' + '\x3b';
-    }
-
-    const QByteArrayView m_gif;
-    QByteArray m_kept;
-    qsizetype m_at = 0;
-};
-
-// WebP
-
-QByteArray firstFrame(QByteArrayView webp)
-{
-    static constexpr std::array pixels{"VP8 ", "VP8L", "ANMF"};
-    static constexpr std::array others{"VP8X", "ALPH", "ANIM"};
-    QByteArray kept = webp.first(12).toByteArray();
-    for (qsizetype at = 12; at + 8 <= webp.size();) {
-        const QByteArrayView type = webp.sliced(at, 4);
-        const quint32 size = qFromLittleEndian<quint32>(webp.data() + at + 4);
-        if (size > quint32(webp.size() - at - 8))
-            return {};
-        const bool draws = isOneOf(type, pixels);
-        const qsizetype chunk = kept.size();
-        if (draws || isOneOf(type, others)) {
-            kept += webp.sliced(at, 8 + qsizetype(size));
-            kept.append(size % 2, '\0');
-        }
-        if (type == "VP8X" && size > 0)
-            kept[chunk + 8] =
-                char(kept[chunk + 8] & 0x12); // alpha, animation; no profile, no metadata
-        if (draws) {
-            qToLittleEndian(quint32(kept.size() - 8), kept.data() + 4);
-            return kept;
-        }
-        at += 8 + qsizetype(size) + size % 2;
+    QByteArray blocks;
+    GifPixelCounter pixels(rootBits);
+    while (!in.isBroken() && pixels.count() <= 2 * maximumPixels) {
+        const int size = in.big(1);
+        const QByteArrayView data = in.take(size);
+        pixels.add(data);
+        blocks.append(char(size)).append(data.data(), data.size());
+        if (size == 0)
+            return blocks;
     }
     return {};
 }
 
+QByteArray takeGifColors(ByteReader &in, uchar flags)
+{
+    return flags & 0x80 ? in.take(3 * (2 << (flags & 7))).toByteArray() : QByteArray();
+}
+
+// The image that follows, in a picture whose first bytes are `drawn`.
+QByteArray withGifImage(const QByteArray &drawn, ByteReader &in)
+{
+    const QByteArrayView descriptor = in.take(9);
+    ByteReader screen(QByteArrayView(drawn).sliced(6)), image(descriptor);
+    const int left = image.little(2), top = image.little(2);
+    const int width = image.little(2), height = image.little(2);
+    const int screenWidth = screen.little(2), screenHeight = screen.little(2);
+    if (!isWithinLimit(width, height)
+        || !isWithinLimit(
+            screenWidth ? screenWidth : left + width, screenHeight ? screenHeight : top + height))
+        return {};
+    const QByteArray colors = takeGifColors(in, descriptor.back());
+    const int rootBits = in.big(1);
+    const QByteArray blocks = takeGifPixels(in, rootBits);
+    if (blocks.isEmpty())
+        return {};
+    return drawn + ',' + descriptor.toByteArray() + colors + char(rootBits) + blocks + ';';
+}
+
+QByteArray drawingGif(ByteReader in)
+{
+    const QByteArrayView header = in.take(13);
+    if (in.isBroken())
+        return {};
+    const QByteArray start = header.toByteArray() + takeGifColors(in, header[10]);
+    QByteArray control;
+    quint32 block = in.big(1);
+    for (; block == '!'; block = in.big(1)) {
+        const bool isControl = in.big(1) == 0xf9;
+        for (auto data = in.take(in.big(1)); !data.isEmpty(); data = in.take(in.big(1))) {
+            // Of what it says only the transparent color matters to the first image.
+            if (isControl && data.size() == 4)
+                control = QByteArray("!\xf9\4") + char(data[0] & 1) + QByteArray(2, '\0') + data[3]
+                    + '\0';
+        }
+    }
+    return block == ',' ? withGifImage(start + control, in) : QByteArray();
+}
+
+// WebP
+
+QByteArray webpChunk(const QByteArray &type, const QByteArray &data)
+{
+    QByteArray size(4, Qt::Uninitialized);
+    qToLittleEndian(quint32(data.size()), size.data());
+    return type + size + data + QByteArray(data.size() % 2, '\0');
+}
+
+// The extended header without the flags of what is left out; empty when its canvas is too large.
+QByteArray webpHeader(QByteArrayView data)
+{
+    constexpr uchar animationAndAlpha = 0x12;
+    ByteReader in(data);
+    const quint32 flags = in.little(4);
+    const qint64 width = in.little(3) + 1, height = in.little(3) + 1;
+    if (in.isBroken() || !isWithinLimit(width, height))
+        return {};
+    const QByteArray kept = char(flags & animationAndAlpha) + QByteArray(3, '\0');
+    return webpChunk("VP8X", kept + data.sliced(4, 6).toByteArray());
+}
+
+// The chunks up to the first image, which is in a chunk of its own in an animation.
+QByteArray webpImage(ByteReader in, bool inFrame = false)
+{
+    constexpr int frameHeader = 16;
+    QByteArray drawn;
+    while (!in.isBroken()) {
+        const QByteArray type = in.take(4).toByteArray();
+        const quint32 size = in.little(4);
+        const QByteArrayView data = in.take(size);
+        in.take(size % 2);
+        if (in.isBroken())
+            break;
+        if (type == "VP8 " || type == "VP8L")
+            return drawn + webpChunk(type, data.toByteArray());
+        if (type == "ALPH" || type == "ANIM")
+            drawn += webpChunk(type, data.toByteArray());
+        if (type == "VP8X" && (drawn += webpHeader(data)).isEmpty())
+            break;
+        if (type == "ANMF" && !inFrame && size >= frameHeader)
+            return drawn
+                + webpChunk(type,
+                    data.first(frameHeader).toByteArray()
+                        + webpImage(ByteReader(data.sliced(frameHeader)), true));
+    }
+    return {};
+}
+
+QByteArray drawingWebp(ByteReader in)
+{
+    in.take(12);
+    const QByteArray image = webpImage(in);
+    return image.isEmpty() ? QByteArray() : webpChunk("RIFF", "WEBP" + image);
+}
+
 } // namespace
 
-PictureBytes drawingBytes(const QByteArray &bytes)
+QByteArray drawingBytes(const QByteArray &bytes, const QByteArray &format)
 {
-    PictureBytes picture;
-    if (bytes.startsWith("\x89PNG\r\n\x1a\n"))
-        picture = {"png", drawingChunks(bytes)};
-    else if (bytes.startsWith("\xff\xd8\xff"))
-        picture = {"jpeg", JpegReader(bytes).drawingSegments()};
-    else if (bytes.startsWith("GIF87a") || bytes.startsWith("GIF89a"))
-        picture = {"gif", GifReader(bytes).firstImage()};
-    else if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP")
-        picture = {"webp", firstFrame(bytes)};
-    return picture.bytes.isEmpty() ? PictureBytes() : picture;
+    const ByteReader in(bytes);
+    if (format == "png")
+        return drawingPng(in);
+    if (format == "jpeg")
+        return JpegFilter(in).filtered();
+    if (format == "gif")
+        return drawingGif(in);
+    return drawingWebp(in);
 }
 
 } // namespace znt

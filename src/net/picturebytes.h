@@ -1,23 +1,16 @@
-// Leaves of untrusted picture bytes only what draws, before a decoder sees them.
+// Leaves out of untrusted image bytes what does not draw, before any library reads them.
 #pragma once
-
-#include <ZNTAds/ZNTAdsGlobal.h>
 
 #include <QByteArray>
 
 namespace znt {
 
-struct PictureBytes
-{
-    QByteArray format; // as QImageReader calls it; empty when the bytes are not to be decoded
-    QByteArray bytes;
-};
-
-// The pixels of a PNG, JPEG, GIF or WebP picture in their container, with what tells how they are
-// to be placed and coloured: palette, transparency, gamma, orientation. Texts, profiles, metadata,
-// thumbnails and all pictures but the first are left out, since a decoder may unpack them without a
-// bound. Not to be decoded are other formats, containers that are broken, and codings that no
-// browser draws or that cost far more than their pixels.
-PictureBytes drawingBytes(const QByteArray &bytes);
+// What draws of a picture in `format` ("png", "jpeg", "gif" or "webp"), of an animation what draws
+// its first picture. Empty when the bytes are broken, or when decoding them would take more memory
+// or time than a picture of maximumPixels may take.
+//
+// Text, thumbnails, metadata and colour profiles are left out: without a profile a picture is taken
+// as sRGB, or as the gAMA and cHRM chunks of a PNG say. Of Exif data the orientation stays.
+QByteArray drawingBytes(const QByteArray &bytes, const QByteArray &format);
 
 } // namespace znt

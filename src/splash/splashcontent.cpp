@@ -30,7 +30,7 @@ void SplashContent::showPicture(
 {
     startOver(false);
     setSource(source);
-    fetchLogo(!sourceLogo.isEmpty(), sourceLogo);
+    fetchLogo(!sourceLogo.isEmpty(), sourceLogo, url);
     const auto show = [this, text](const QImage &picture, const QImage &blurredPicture) {
         m_blurredPicture = blurredPicture;
         m_groundColors = groundColorsOf(blurredPicture);

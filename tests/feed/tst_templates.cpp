@@ -179,6 +179,14 @@ private slots:
         QTest::qWait(200); // the slow one has come
         QCOMPARE(of("imageViews[0]", "image").value<QImage>().width(), 1280);
 
+        exchange.forgetRequests();
+        const QString both = picture("isle-wide.jpg"); // picture and logo, fetched once
+        view->setupWithAdsData(record({}, {both}, {}, both));
+        QVERIFY(!of("logoImageView", "hasImage").toBool());
+        for (const char *name : {"logoImageView", "imageViews[0]"})
+            QTRY_VERIFY(of(name, "hasImage").toBool());
+        QCOMPARE(exchange.hits("/creatives/isle-wide.jpg"), 1);
+
         view->setupWithAdsData(record({}, {"x"}, {}, "file:///etc/hostname"));
         QVERIFY(!of("imageViews[0]", "hasImage").toBool());
     }
