@@ -1,6 +1,6 @@
-#include "interstitial/screenwindow.h"
 #include "support/beneath.h"
 #include "support/frames.h"
+#include "support/screenwindow.h"
 #include "ui/safearea.h"
 
 #include <ZNTAds/ZNTInterstitialAd.h>

@@ -1,5 +1,5 @@
-#include "interstitial/screenwindow.h"
 #include "support/loglines.h"
+#include "support/screenwindow.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTInterstitialAd.h>
@@ -113,7 +113,7 @@ private slots:
         lines();
         stage.manager.showInterstitialAd();
         QTRY_COMPARE(heard, QStringList({"visible"}));
-        QTest::qWait(150); // more than one look
+        twoTicks();
         QCOMPARE(hits("/t/view/1"), 0);
         stage.window.screen->setOpacity(1);
         QTRY_VERIFY(stage.manager.hasReportedExposure());
@@ -138,7 +138,7 @@ private slots:
         // Once in a manager's life.
         stage.manager.showInterstitialAd();
         QTRY_COMPARE(heard.last(), "visible");
-        QTest::qWait(150);
+        twoTicks();
         QCOMPARE(hits("/t/view/1"), 1);
     }
 
@@ -151,7 +151,7 @@ private slots:
         stage.manager.showInterstitialAd(); // in the first one's place
         QTRY_COMPARE(stage.host.heard, QStringList({"visible"}));
         QCOMPARE(stage.window.screen->childItems().size(), 1);
-        QTest::qWait(150);
+        twoTicks();
         QCOMPARE(hits("/t/view/1"), 0);
         stage.manager.interstitialAd()->dismissWithAutoClose(false);
         stage.window.screen->setX(0); // it counts as long as it can be seen

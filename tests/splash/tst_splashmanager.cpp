@@ -1,4 +1,5 @@
 #include "support/host.h"
+#include "support/loglines.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTSplashAdView.h>
@@ -79,6 +80,10 @@ private slots:
         QVERIFY(!stage.manager->splashAdView() && !stage.manager->adData());
         QCOMPARE(exchange.hits("/s/negfb.do"), 0);
         QCOMPARE(application.opened.size(), 1);
+
+        stage.manager->handleAdClick(); // of the ad that has gone: its deep-link events are left
+        QTRY_COMPARE(hits("dp"), 4);
+        QCOMPARE(hits("click"), 2);
     }
 
     void failures()
@@ -124,14 +129,49 @@ private slots:
         Stage stage;
         stage.window.contentItem()->setOpacity(0);
         QVERIFY(stage.shows(answer()));
-        QTest::qWait(250);
+        twoTicks();
         stage.manager->splashAdView()->setX(0.4 * stage.window.width());
         stage.window.contentItem()->setOpacity(1);
-        QTest::qWait(250);
+        twoTicks();
         stage.manager->splashAdView()->setX(0);
-        QTest::qWait(250);
+        twoTicks();
         QCOMPARE(stage.host.heard, QStringList{"visible"});
         QCOMPARE(hits("view"), 0);
+    }
+
+    void aLoadThatFailsEndsTheWatch()
+    {
+        Stage stage;
+        stage.window.contentItem()->setOpacity(0);
+        QVERIFY(stage.shows(answer()));
+        stage.manager->loadAndShowSplashAdWithWindow(&stage.window); // without an ad position
+        stage.window.contentItem()->setOpacity(1);
+        twoTicks();
+        QVERIFY(!stage.host.heard.contains("render"));
+        QVERIFY(stage.manager->splashAdView() && stage.manager->remainingTime() > 0);
+    }
+
+    void mayBeClosedAsItAppears()
+    {
+        LogLines log;
+        for (const bool destroys : {false, true}) {
+            Stage stage;
+            stage.host.then = [&](const QString &event) {
+                if (event != "visible")
+                    return;
+                stage.manager->closeSplashAd();
+                if (destroys)
+                    stage.manager.reset();
+            };
+            stage.manager->handleAdResponse(answer());
+            stage.manager->showSplashAdWithWindow(&stage.window);
+            QVERIFY(destroys || stage.manager->remainingTime() == 0);
+            QTRY_COMPARE(stage.window.contentItem()->childItems().size(), 0);
+            twoTicks();
+            QCOMPARE(stage.host.heard,
+                destroys ? QStringList{"visible"} : QStringList({"visible", "finish"}));
+        }
+        QVERIFY(log.take().filter("countdown").isEmpty());
     }
 
     void bottomViewAndResize()

@@ -1,6 +1,7 @@
 // A host of ads, as the tests of all formats have one.
 #pragma once
 
+#include "ads/visibilitytimer.h"
 #include "support/exchangetest.h"
 
 #include <ZNTAds/ZNTAdsSDK.h>
@@ -90,5 +91,14 @@ public:
     QStringList opened;
     bool opensDeepLinks = true;
 };
+
+// Long enough for every check of what is visible to have looked.
+inline void twoTicks()
+{
+    int ticks = 0;
+    VisibilityTimer timer([&ticks](auto &) { ++ticks; });
+    timer.start();
+    QTRY_COMPARE_WITH_TIMEOUT(ticks, 2, 5000);
+}
 
 } // namespace znt::test
