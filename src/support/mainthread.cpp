@@ -15,14 +15,18 @@ namespace {
 
 enum class Application { NotYet, Running, Ended };
 
-// Once the application object has begun to go, nothing is posted to it any more.
+// Once the application object has begun to go, nothing is posted to it or begun in the pool any
+// more.
 Q_CONSTINIT QBasicMutex mutex;
 Q_CONSTINIT Application application = Application::NotYet;
 
-// How long exit() waits for the main thread, when it is called on another, and for the pool.
-constexpr int endPatience = 500; // ms
+// How long exit() waits for the main thread when it is called on another.
+constexpr int endPatience = 2000; // ms
 // How long the main thread then stands still, if exit() takes that long.
 constexpr int standStill = 1000; // ms
+
+// Work that takes longer than this does not hold up the end of the application.
+constexpr int poolPatience = 1000; // ms
 
 using Waiting = std::vector<std::function<void()>>;
 using Ends = std::vector<void (*)()>;
@@ -39,10 +43,21 @@ void post(std::function<void()> call)
         Qt::QueuedConnection);
 }
 
+QThreadPool &pool()
+{
+    return neverDestroyed<QThreadPool>();
+}
+
+// Static destructors, which come next, take away what work in the pool uses, Qt's picture formats
+// for example.
 void end()
 {
-    const QMutexLocker lock(&mutex);
-    application = Application::Ended;
+    {
+        const QMutexLocker lock(&mutex);
+        application = Application::Ended;
+    }
+    pool().clear();
+    pool().waitForDone(poolPatience);
 }
 
 // Each end does nothing the second time.
@@ -71,9 +86,6 @@ void endAtExit()
         endAll();
     else if (isApplicationRunning())
         endFromAnotherThread();
-    auto &pool = neverDestroyed<QThreadPool>();
-    pool.clear();
-    pool.waitForDone(endPatience);
 }
 
 void begin()
@@ -129,7 +141,9 @@ void onMainThread(std::function<void()> call)
 
 void inPool(std::function<void()> work)
 {
-    neverDestroyed<QThreadPool>().start(std::move(work));
+    const QMutexLocker lock(&mutex);
+    if (application != Application::Ended)
+        pool().start(std::move(work));
 }
 
 } // namespace znt

@@ -18,7 +18,7 @@ namespace znt {
 ZNTADS_INTERNAL void onMainThread(std::function<void()> call);
 
 // Runs the work on a thread of the library's own pool. Calls from one thread may overtake each
-// other.
+// other. The end of the application object waits for work that has begun; what is left is dropped.
 ZNTADS_INTERNAL void inPool(std::function<void()> work);
 
 // Runs `work` in the pool, then `then` with its result on the main thread if the receiver still

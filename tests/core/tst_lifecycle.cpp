@@ -9,6 +9,7 @@
 #include <ZNTAds/ZNTInterstitialAd.h>
 #include <ZNTAds/ZNTInterstitialManager.h>
 #include <ZNTAds/ZNTLogManager.h>
+#include <ZNTAds/ZNTSplashAdView.h>
 #include <ZNTAds/ZNTSplashManager.h>
 
 #include <QThreadPool>
@@ -109,6 +110,20 @@ int exitAmidst(int &argc, char **argv, const QStringList &exchange)
     return runUntilAnswered(application, exchange);
 }
 
+// Quits when the first of many pictures is there, with the others still being decoded.
+int endsAmidPictures(int &argc, char **argv, const QStringList &exchange)
+{
+    QGuiApplication application(argc, argv);
+    std::vector<std::unique_ptr<ZNTSplashAdView>> views(20);
+    for (auto &view : views) {
+        view.reset(ZNTSplashManager::createAdViewWithStyle(0));
+        view->setSize({100, 100});
+        view->setupWithImageUrl(exchange.at(0) + "/creatives/interstitial.jpg", {}, {}, {});
+        QObject::connect(view.get(), &ZNTSplashAdView::hiddenChanged, &QCoreApplication::quit);
+    }
+    return runUntilAnswered(application, exchange);
+}
+
 // Shows ads before there is an application, and again with one that has no screen.
 int withoutScreen(int &argc, char **argv)
 {
@@ -150,6 +165,8 @@ int child(int argc, char **argv)
         return neverCalled(argc, argv);
     if (part == "--without-screen")
         return withoutScreen(argc, argv);
+    if (part == "--pictures")
+        return endsAmidPictures(argc, argv, exchange);
     if (part == "--exit")
         return exitAmidst(argc, argv, exchange);
     return part == "--early" ? beforeTheApplication(argc, argv, exchange)
@@ -210,6 +227,8 @@ private slots:
         QCOMPARE(request[u"device"][u"screenWidth"], 266);
         QCOMPARE(request[u"device"][u"screenHeight"], 266);
     }
+
+    void picturesAreFinishedBeforeTheEnd() { QCOMPARE(run("--pictures"), 0); }
 
     void showsNothingWithoutAScreen() { QCOMPARE(run("--without-screen"), 0); }
 
