@@ -95,7 +95,7 @@ public:
     void applyConfiguration(const QJsonObject &configuration);
     void send(const QString &url, const QString &method, const std::optional<QJsonObject> &params,
         const QMap<QString, QString> &headers, Done done);
-    void readResponse(const QByteArray &body, const std::shared_ptr<Done> &callback);
+    void readResponse(const QByteArray &body, Done done);
     std::shared_ptr<const Outcome> outcomeOf(const QByteArray &body) const;
 
     // Requests may start on any thread; the lock is for their sake.
@@ -212,27 +212,24 @@ void ZNTAdsManager::Private::send(const QString &url, const QString &method,
         logInfo("Request Headers: %1", textOf(headers));
         logInfo("Request Params: %1", params ? json::text(*params) : QString());
     }
-    // What the host has put into its callbacks is used and destroyed on the main thread alone.
-    const std::shared_ptr<Done> callback(new Done(std::move(done)),
-        [](Done *last) { onMainThread([last = std::shared_ptr<Done>(last)] {}); });
     sendHttp(Session::Exchange, httpRequest(url, method, params, headers),
-        [this, callback](const HttpAnswer &answer) {
+        [this, done = std::move(done)](const HttpAnswer &answer) mutable {
             if (!answer.error) {
-                readResponse(answer.body, callback);
+                readResponse(answer.body, std::move(done));
                 return;
             }
             if (isLogEnabled)
                 logError("Network Error: %1", *answer.error);
-            onMainThread([callback, error = answer.error] { (*callback)({{}, error, {}}); });
+            done({{}, answer.error, {}});
         });
 }
 
-void ZNTAdsManager::Private::readResponse(
-    const QByteArray &body, const std::shared_ptr<Done> &callback)
+// In the pool. `done` is moved along, so that it dies on the main thread; the outcome does not.
+void ZNTAdsManager::Private::readResponse(const QByteArray &body, Done done)
 {
-    inPool([this, body, callback] {
-        onMainThread([callback, outcome = outcomeOf(body)]() mutable {
-            (*callback)(*outcome);
+    inPool([this, body, done = std::move(done)]() mutable {
+        onMainThread([done = std::move(done), outcome = outcomeOf(body)]() mutable {
+            done(*outcome);
             discardInPool(std::move(outcome));
         });
     });

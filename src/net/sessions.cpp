@@ -65,10 +65,23 @@ private:
     };
 };
 
+// `done`, used and destroyed on the main thread.
+HttpClient::Done backOnMainThread(HttpClient::Done done)
+{
+    const std::shared_ptr<HttpClient::Done> kept(
+        new HttpClient::Done(std::move(done)), [](HttpClient::Done *last) {
+            std::unique_ptr<HttpClient::Done> owned(last);
+            if (!isMainThread())
+                onMainThread([owned = std::shared_ptr(std::move(owned))] {});
+        });
+    return [kept](const HttpAnswer &answer) { onMainThread([kept, answer] { (*kept)(answer); }); };
+}
+
 void send(Session session, const HttpRequest &request, HttpClient::Done done)
 {
     if (Sessions *sessions = ofApplication<Sessions>())
-        sessions->client(session)->send(request, std::move(done));
+        sessions->client(session)->send(request,
+            session == Session::Images ? std::move(done) : backOnMainThread(std::move(done)));
 }
 
 } // namespace

@@ -14,8 +14,8 @@ enum class Session {
     Images,  // creatives' pictures and videos
 };
 
-// From any thread; `done` runs, and is destroyed, in the sessions' thread. Drops the request when
-// there is no application object.
+// From any thread; `done` runs, and is destroyed, on the main thread, for Images in the sessions'.
+// Drops the request when there is no application object.
 ZNTADS_INTERNAL void sendHttp(Session session, const HttpRequest &request, HttpClient::Done done);
 
 } // namespace znt

@@ -7,15 +7,19 @@ namespace znt {
 
 namespace {
 
-void restore(QQuickItem *owner, const QQuickItem *borrower)
+QList<QPointer<QQuickItem>> scopesAround(const QQuickItem *item)
 {
-    const QQuickWindow *window = owner->window();
-    if (!window)
-        return;
-    const QQuickItem *now = window->activeFocusItem();
-    const bool isBorrowed = borrower && now && (now == borrower || borrower->isAncestorOf(now));
-    if (!now || now == window->contentItem() || isBorrowed)
-        owner->forceActiveFocus(Qt::OtherFocusReason);
+    QList<QPointer<QQuickItem>> scopes;
+    for (QQuickItem *at = item->parentItem(); at; at = at->parentItem()) {
+        if (at->isFocusScope())
+            scopes.append(at);
+    }
+    return scopes;
+}
+
+bool isWithin(const QQuickItem *item, const QQuickItem *ancestor)
+{
+    return ancestor && (item == ancestor || ancestor->isAncestorOf(item));
 }
 
 } // namespace
@@ -26,17 +30,25 @@ void FocusLoan::lend(QQuickItem *item)
         return;
     m_item = item;
     m_owner = item->window()->activeFocusItem();
+    m_scopes = scopesAround(item);
     item->forceActiveFocus(Qt::OtherFocusReason);
 }
 
 // Queued: this may be the destruction of the window, whose items are not to be touched.
 void FocusLoan::giveBack()
 {
-    const QPointer<QQuickItem> item = std::exchange(m_item, nullptr);
-    const QPointer<QQuickItem> owner = std::exchange(m_owner, nullptr);
-    if (owner)
+    if (m_owner)
         QMetaObject::invokeMethod(
-            owner, [item, owner] { restore(owner, item); }, Qt::QueuedConnection);
+            m_owner, [loan = *this] { loan.restore(); }, Qt::QueuedConnection);
+    *this = {};
+}
+
+void FocusLoan::restore() const
+{
+    const QQuickWindow *window = m_owner->window();
+    QQuickItem *now = window ? window->activeFocusItem() : nullptr;
+    if (window && (!now || m_scopes.contains(now) || isWithin(now, m_item)))
+        m_owner->forceActiveFocus(Qt::OtherFocusReason);
 }
 
 } // namespace znt

@@ -3,6 +3,7 @@
 
 #include <ZNTAds/ZNTAdsGlobal.h>
 
+#include <QList>
 #include <QPointer>
 
 class QQuickItem;
@@ -19,8 +20,11 @@ public:
     void giveBack();
 
 private:
+    void restore() const;
+
     QPointer<QQuickItem> m_item;
     QPointer<QQuickItem> m_owner;
+    QList<QPointer<QQuickItem>> m_scopes; // one of them has the focus when the item has gone
 };
 
 } // namespace znt

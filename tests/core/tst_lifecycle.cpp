@@ -22,13 +22,13 @@ namespace {
 
 void meet(const QStringList &exchange)
 {
+    sandbox::trust(QSslCertificate::fromPath(exchange.at(2)).constFirst());
     ZNTAdsSDK::setEndpoints(QUrl(exchange.at(0)), QUrl(exchange.at(1)));
     ZNTAdsManager::sharedInstance()->setSecret("demo-secret");
 }
 
-int runUntilAnswered(QGuiApplication &application, const QStringList &exchange)
+int runUntilAnswered(QGuiApplication &application)
 {
-    sandbox::trust(QSslCertificate::fromPath(exchange.at(2)).constFirst());
     QTimer::singleShot(10000, &application, [] { QCoreApplication::exit(9); });
     return QCoreApplication::exec();
 }
@@ -54,7 +54,7 @@ int beforeTheApplication(int &argc, char **argv, const QStringList &exchange)
     ZNTLogManager::sharedInstance()->logError("early");
     std::thread(request).join();
     QGuiApplication application(argc, argv);
-    return runUntilAnswered(application, exchange);
+    return runUntilAnswered(application);
 }
 
 int withoutThreads(int &argc, char **argv, const QStringList &exchange)
@@ -66,7 +66,7 @@ int withoutThreads(int &argc, char **argv, const QStringList &exchange)
     hosts->setMaxThreadCount(1);
     hosts->start([&end] { end.acquire(); });
     QTimer::singleShot(0, &application, request);
-    const int status = runUntilAnswered(application, exchange);
+    const int status = runUntilAnswered(application);
     end.release();
     return status;
 }
@@ -107,12 +107,13 @@ int exitAmidst(int &argc, char **argv, const QStringList &exchange)
     } else if (where == "timer") {
         QTimer::singleShot(delay, &application, [] { std::exit(0); });
     }
-    return runUntilAnswered(application, exchange);
+    return runUntilAnswered(application);
 }
 
 // Quits when the first of many pictures is there, with the others still being decoded.
 int endsAmidPictures(int &argc, char **argv, const QStringList &exchange)
 {
+    meet(exchange);
     QGuiApplication application(argc, argv);
     std::vector<std::unique_ptr<ZNTSplashAdView>> views(20);
     for (auto &view : views) {
@@ -121,7 +122,7 @@ int endsAmidPictures(int &argc, char **argv, const QStringList &exchange)
         view->setupWithImageUrl(exchange.at(0) + "/creatives/interstitial.jpg", {}, {}, {});
         QObject::connect(view.get(), &ZNTSplashAdView::hiddenChanged, &QCoreApplication::quit);
     }
-    return runUntilAnswered(application, exchange);
+    return runUntilAnswered(application);
 }
 
 // Shows ads before there is an application, and again with one that has no screen.
