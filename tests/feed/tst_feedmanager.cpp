@@ -193,6 +193,83 @@ private slots:
         QTRY_VERIFY(manager->reportedAdIds().contains("1"));
     }
 
+    // Every order of these, within one iteration of the event loop: a view is put into a window,
+    // registered, its record unregistered, and it is destroyed.
+    void whatTheHostDoesHasTheLastWord()
+    {
+        QStringList orders{""};
+        for (qsizetype i = 0; i < orders.size(); ++i) {
+            for (const QChar step : QString("PRUD")) {
+                if (!orders[i].contains(step))
+                    orders.append(orders[i] + step);
+            }
+        }
+        QCOMPARE(orders.size(), 1 + 4 + 12 + 24 + 24);
+
+        std::vector<std::unique_ptr<ZNTFeedManager>> managers;
+        std::vector<std::unique_ptr<QQuickItem>> views;
+        QStringList seen;
+        for (const QString &order : std::as_const(orders)) {
+            manager = std::make_unique<ZNTFeedManager>();
+            const QByteArray ad = R"({"trackInfo": {"viewUrl3rd": "${BASE}/t/view/@"}})";
+            const auto record = read(QByteArray(ad).replace('@', order.toUtf8()));
+            std::unique_ptr<QQuickItem> view(manager->createAdViewWithStyle(0, {10, 10}));
+            bool isWatched = false;
+            for (const QChar step : order) {
+                isWatched = step == 'U' ? false : isWatched || view;
+                if (step == 'P' && view)
+                    view->setParentItem(window.contentItem());
+                else if (step == 'R')
+                    manager->registerAdForView(view.get(), record);
+                else if (step == 'U')
+                    manager->unregisterAdData(record);
+                else if (step == 'D')
+                    view.reset();
+            }
+            if (isWatched && view && view->window())
+                seen.append("/t/view/" + order);
+            managers.push_back(std::move(manager));
+            views.push_back(std::move(view));
+        }
+        twoTicks();
+        QVERIFY(exchange.waitForRequests("/t/view/RP", 1));
+        for (const QString &order : std::as_const(orders)) {
+            const QString path = "/t/view/" + order;
+            QTRY_VERIFY2(exchange.hits(path) == (seen.contains(path) ? 1 : 0), qPrintable(order));
+        }
+    }
+
+    // Another view that is registered for the record counts, not the one that has just arrived.
+    void aRegistrationReplacesAnArrival()
+    {
+        const auto record = load(1).first();
+        const std::unique_ptr<QQuickItem> arrived(manager->createAdViewWithStyle(0, {10, 10}));
+        arrived->setX(500);
+        arrived->setParentItem(window.contentItem());
+        const auto shown = view({0, 0, 10, 10});
+        manager->registerAdForView(shown.get(), record);
+        QTRY_COMPARE(hits("/t/view/1"), 1);
+        QVERIFY(!isChecking(record));
+    }
+
+    void tellsNoIdFromAnEmptyOne()
+    {
+        const auto shown = view({0, 0, 10, 10});
+        const auto reports = [&](const QByteArray &id) {
+            exchange.forgetRequests();
+            const auto record =
+                read("{" + id + R"("trackInfo": {"viewUrl3rd": "${BASE}/t/view/1"}})");
+            manager->registerAdForView(shown.get(), record);
+            twoTicks();
+            return QTest::qWaitFor([&] { return hits("/t/view/1") == 1; }, 100);
+        };
+        QVERIFY(reports(""));
+        QVERIFY(reports(R"("adId": "",)"));
+        QTRY_COMPARE(manager->reportedAdIds(), QSet<QString>{""});
+        QVERIFY(reports(""));
+        QVERIFY(!reports(R"("adId": "",)"));
+    }
+
     // Whoever hears of the first of them may hide the page that both are on.
     void looksAgainAfterEveryNotice()
     {
