@@ -1,5 +1,6 @@
 #include "support/host.h"
 #include "support/loglines.h"
+#include "support/pictures.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTSplashAdView.h>
@@ -199,6 +200,51 @@ private slots:
         QVERIFY(next.parentItem() && next.opacity() == 1 && !stage.manager->bottomView());
         QVERIFY(!stage.host.heard.contains("click"));
         QCOMPARE(stage.host.heard.count("finish"), 1);
+    }
+
+    void letsNothingOfThePageBeSeenThrough()
+    {
+        QImage clear(40, 60, QImage::Format_ARGB32); // half of it
+        clear.fill(QColor(255, 0, 0, 128));
+        const QString paths[] = {"/opaque.png", "/clear.png", "/none.png"};
+        const std::chrono::milliseconds slow(150);
+        exchange.setAnswerAt(paths[0], {.body = written(twoHalves({60, 40})), .delay = slow});
+        exchange.setAnswerAt(paths[1], {.body = written(clear)});
+        exchange.setAnswerAt(paths[2], {.status = 404});
+        for (const QSize &size : {QSize(375, 812), QSize(812, 375), QSize(101, 99)}) {
+            for (const QString &path : paths) {
+                Stage stage;
+                QQuickWindow &window = stage.window;
+                window.resize(size);
+                QTRY_COMPARE(window.contentItem()->size(), QSizeF(size));
+                window.setColor(Qt::magenta);
+                const QImage page = window.grabWindow();
+                QCOMPARE(page.pixelColor(size.width() / 2, size.height() / 2), window.color());
+
+                const QByteArray ad =
+                    R"({"code": 200, "data": [{"images": [{"url": "${BASE}@"}]}]})";
+                stage.manager->handleAdResponse(
+                    exchange.parsed(QByteArray(ad).replace('@', path.toUtf8())));
+                stage.manager->showSplashAdWithWindow(&window);
+                ZNTSplashAdView *view = stage.manager->splashAdView();
+                QImage first; // of the ad, at once
+                connect(view, &ZNTSplashAdView::hiddenChanged, &window,
+                    [&] { first = window.grabWindow(); });
+                do {
+                    QCOMPARE(window.grabWindow(), page);
+                    QVERIFY(exchange.waitForRequests(path, 1));
+                    QTest::qWait(1);
+                } while (view->isHidden() && path != paths[2]);
+                if (path == paths[2])
+                    continue;
+                for (const char *name : {"adImageView", "mainAdImageView"})
+                    QTRY_VERIFY(view->findChild<QObject *>(name)->property("ready").toBool());
+                const QImage shown = window.grabWindow();
+                window.setColor(Qt::green);
+                QCOMPARE(window.grabWindow(), shown);
+                QCOMPARE(first, shown);
+            }
+        }
     }
 
     void clickTargets()
