@@ -295,6 +295,60 @@ private slots:
         view.reset();
     }
 
+    // By mouse and by finger; while the list moves slowly, too, when it leaves presses to its rows.
+    void aPressThatStopsAListIsNothingElse()
+    {
+        QQmlEngine engine;
+        const auto object = created(&engine, R"(import QtQuick
+            ListView { width: 375; height: 200; model: 9; flickDeceleration: 10
+                delegate: Item { width: 375; height: 200 } })");
+        auto *list = qobject_cast<QQuickItem *>(object.get());
+        list->setParentItem(window.contentItem());
+        view = create(0);
+        view->setParentItem(list->property("contentItem").value<QQuickItem *>());
+        view->setupWithAdsData(record());
+        QCoreApplication::processEvents();
+        listener.heard.clear();
+        const std::function<void(const QPoint &)> presses[] = {
+            [this](const QPoint &at) { QTest::mouseClick(&window, Qt::LeftButton, {}, at); },
+            [this](const QPoint &at) { tapFinger(&window, at); }};
+        const std::pair<QPoint, QString> places[] = {{{150, 100}, "click"}, {{352, 23}, "close"}};
+        for (const auto &press : presses) {
+            for (const auto &[place, notice] : places) {
+                for (const double velocity : {-80.0, -900.0}) {
+                    list->setProperty("contentY", 0);
+                    QMetaObject::invokeMethod(
+                        list, "flick", Q_ARG(double, 0), Q_ARG(double, velocity));
+                    QVERIFY(list->property("moving").toBool());
+                    press(place);
+                    QCoreApplication::processEvents();
+                    QCOMPARE(listener.heard, QStringList());
+                }
+                QMetaObject::invokeMethod(list, "cancelFlick");
+                list->setProperty("contentY", 0);
+                press(place);
+                QCoreApplication::processEvents();
+                QCOMPARE(std::exchange(listener.heard, {}), QStringList{notice});
+            }
+        }
+        view.reset();
+    }
+
+    // A host may want no touch to be turned into a mouse press.
+    void takesTouchItself()
+    {
+        constexpr auto synthesis = Qt::AA_SynthesizeMouseForUnhandledTouchEvents;
+        QCoreApplication::setAttribute(synthesis, false);
+        const auto restore = qScopeGuard([] { QCoreApplication::setAttribute(synthesis); });
+        view = create(0);
+        view->setParentItem(window.contentItem());
+        view->setupWithAdsData(record());
+        tapFinger(&window, {150, 100});
+        tapFinger(&window, {352, 23});
+        QCoreApplication::processEvents();
+        QCOMPARE(listener.heard, QStringList({"exposure", "click", "close"}));
+    }
+
     void tellsOfEachArrivalInAWindow()
     {
         view = create(0);
