@@ -22,9 +22,8 @@ namespace znt {
 // - an escape of a letter, a digit or one of -._~ goes out as that character, and the hexadecimal
 //   digits of the others in upper case;
 // - the segments "." and ".." of the path are resolved;
-// - blanks, control characters, "<>\^`{|} and all beyond ASCII are escaped, as is a % that begins
-// no
-//   escape;
+// - blanks, control characters, "<>\^`{|} and all beyond ASCII are escaped; a % that begins no
+//   escape is, too;
 // - scheme and host go out in lower case, a host that is a number as an IPv4 address;
 // - the fragment and the user's name and password are left out.
 struct HttpRequest

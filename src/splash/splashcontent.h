@@ -18,7 +18,7 @@ class SplashContent : public znt::AdContent
     Q_PROPERTY(bool hasPicture READ hasPicture NOTIFY pictureChanged)
     Q_PROPERTY(QImage blurredPicture MEMBER m_blurredPicture NOTIFY pictureChanged)
     Q_PROPERTY(QList<QColor> groundColors MEMBER m_groundColors NOTIFY pictureChanged)
-    Q_PROPERTY(bool picturesDrawn WRITE setPicturesDrawn)
+    Q_PROPERTY(bool picturesDrawn READ picturesDrawn WRITE setPicturesDrawn)
     Q_PROPERTY(bool isVideo READ isVideo NOTIFY modeChanged)
     Q_PROPERTY(QImage videoFrame MEMBER m_videoFrame NOTIFY videoFrameChanged)
     Q_PROPERTY(QString skipTitle READ skipTitle WRITE setSkipTitle NOTIFY skipTitleChanged)
@@ -34,6 +34,7 @@ public:
 
     bool isReady() const { return m_isReady; }
     // Whether what the views of the pictures draw is up to date.
+    bool picturesDrawn() const { return m_picturesDrawn; }
     void setPicturesDrawn(bool drawn);
     bool isVideo() const { return m_isVideo; }
     bool hasPicture() const { return !picture().isNull(); }
