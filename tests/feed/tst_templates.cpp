@@ -169,14 +169,18 @@ private slots:
         exchange.setAnswerAt("/slow.png",
             {.body = written(twoHalves({2, 2})), .delay = std::chrono::milliseconds(100)});
         view = create(6);
-        view->setupWithAdsData(record({}, {exchange.at("/slow.png")}));
+        const auto slow = record({}, {exchange.at("/slow.png")});
+        const auto later = create(6);
+        view->setupWithAdsData(slow);
+        later->setupWithAdsData(slow);
         view->setupWithAdsData(record(
             {}, {picture("tea-wide.jpg"), picture("isle-wide.jpg")}, {}, picture("logo-tea.png")));
         QTRY_VERIFY(of("logoImageView", "hasImage").toBool());
         for (const char *name : {"imageViews[0]", "imageViews[1]", "imageViews[2]"})
             QTRY_VERIFY(of(name, "hasImage").toBool());
         QCOMPARE(exchange.hits("/creatives/isle-wide.jpg"), 0);
-        QTest::qWait(200); // the slow one has come
+        const auto *late = later->findChild<QQuickItem *>("imageViews[0]");
+        QTRY_VERIFY(late->property("hasImage").toBool()); // the slow one has come
         QCOMPARE(of("imageViews[0]", "image").value<QImage>().width(), 1280);
 
         exchange.forgetRequests();
