@@ -70,6 +70,11 @@ private:
     }
 
 private slots:
+    void initTestCase()
+    { // as a host may want it
+        QCoreApplication::setAttribute(Qt::AA_SynthesizeMouseForUnhandledTouchEvents, false);
+    }
+
     void init() { failOnWarnings(); }
 
     void cleanup()
@@ -336,21 +341,6 @@ private slots:
             }
         }
         view.reset();
-    }
-
-    // A host may want no touch to be turned into a mouse press.
-    void takesTouchItself()
-    {
-        constexpr auto synthesis = Qt::AA_SynthesizeMouseForUnhandledTouchEvents;
-        QCoreApplication::setAttribute(synthesis, false);
-        const auto restore = qScopeGuard([] { QCoreApplication::setAttribute(synthesis); });
-        view = create(0);
-        view->setParentItem(window.contentItem());
-        view->setupWithAdsData(record());
-        tapFinger(&window, {150, 100});
-        tapFinger(&window, {352, 23});
-        QCoreApplication::processEvents();
-        QCOMPARE(listener.heard, QStringList({"exposure", "click", "close"}));
     }
 
     void tellsOfEachArrivalInAWindow()
