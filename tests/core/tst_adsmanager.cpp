@@ -34,25 +34,7 @@ private:
 
     sandbox::Request last(const char *path) const { return exchange.requests(path).constLast(); }
 
-private slots:
-    void initTestCase()
-    {
-        QCoreApplication::setOrganizationDomain("tests.example");
-        QCoreApplication::setApplicationVersion("3.2.1");
-        QSettings stored;
-        stored.clear();
-        stored.setValue("ZNTAds_BaseUrl", "https://kept.example");
-        stored.setValue("ZNTAds_InteractionCtrlArg", "text");
-        manager = ZNTAdsManager::sharedInstance();
-    }
-
-    void init()
-    {
-        failOnWarnings();
-        exchange.forgetRequests();
-    }
-
-    // Runs first: what holds before the host has registered.
+    // What holds before the host has registered.
     void unregistered()
     {
         QVERIFY(ZNTAdsSDK::isTestMode() && !manager->isTestMode());
@@ -116,6 +98,27 @@ private slots:
         QVERIFY(lines.contains(
             "ERROR ZNTAdsSDK initialization failed: appId and mediaId cannot be empty!"));
         QVERIFY(!lines.contains("s3cret"));
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QCoreApplication::setOrganizationDomain("tests.example");
+        QCoreApplication::setApplicationVersion("3.2.1");
+        QSettings stored;
+        stored.clear();
+        stored.setValue("ZNTAds_BaseUrl", "https://kept.example");
+        stored.setValue("ZNTAds_InteractionCtrlArg", "text");
+        manager = ZNTAdsManager::sharedInstance();
+        failOnWarnings();
+        unregistered();
+        registration();
+    }
+
+    void init()
+    {
+        failOnWarnings();
+        exchange.forgetRequests();
     }
 
     void onTheWire()
