@@ -56,8 +56,8 @@ public:
     /// its capital) and cannot carry every link (`my_app://x`), which then counts as not opened;
     /// setLinkOpener() gets each as it came.
     ///
-    /// Without an opener, a Linux desktop is asked for the scheme's handler first, and a scheme that
-    /// only QDesktopServices::setUrlHandler() knows counts as not opened.
+    /// Without an opener, a Linux desktop is asked for the scheme's handler first, and a scheme
+    /// that only QDesktopServices::setUrlHandler() knows counts as not opened.
     ///
     /// A click target is untrusted and reaches an opener, or the system, only when it leads to the
     /// web or to another application. That is http and https with a host, and any scheme that no
