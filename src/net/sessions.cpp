@@ -88,7 +88,8 @@ void send(Session session, const HttpRequest &request, HttpClient::Done done)
 
 void sendHttp(Session session, const HttpRequest &request, HttpClient::Done done)
 {
-    if (isMainThread()) {
+    // Until its event loop runs, a host may still be setting certificates and proxies.
+    if (isMainThread() && QThread::currentThread()->loopLevel() > 0) {
         send(session, request, std::move(done));
         return;
     }
