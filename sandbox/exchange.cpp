@@ -102,8 +102,7 @@ bool Exchange::listen(QTcpServer *server, quint16 port, QUrl *url)
         m_error = u"cannot listen on port %1: %2"_s.arg(port).arg(server->errorString());
         return false;
     }
-    const auto handler = [this](const Request &request) { return handle(request); };
-    (new HttpServer(secure, handler, this))->bind(server);
+    serve(server, [this](const Request &request) { return handle(request); });
     *url =
         QUrl(u"%1://localhost:%2"_s.arg(secure ? u"https"_s : u"http"_s).arg(server->serverPort()));
     return true;

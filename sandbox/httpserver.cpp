@@ -1,8 +1,9 @@
 #include "httpserver.h"
 
-#include <QHttpServerRequest>
+#include "requestreader.h"
+
 #include <QJsonDocument>
-#include <QMetaEnum>
+#include <QSslServer>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -12,21 +13,6 @@ using namespace std::chrono_literals;
 
 namespace sandbox {
 namespace {
-
-Request received(const QHttpServerRequest &raw, bool secure)
-{
-    const auto methods = QMetaEnum::fromType<QHttpServerRequest::Method>();
-    Request request;
-    request.secure = secure;
-    request.method = QByteArray(methods.valueToKey(int(raw.method()))).toUpper();
-    request.path = raw.url().path(QUrl::FullyEncoded);
-    request.target = request.path;
-    if (raw.url().hasQuery())
-        request.target += u'?' + raw.url().query(QUrl::FullyEncoded);
-    request.headers = raw.headers();
-    request.body = raw.body();
-    return request;
-}
 
 QByteArray reason(int status)
 {
@@ -44,6 +30,15 @@ QByteArray reason(int status)
     default:
         return "Status";
     }
+}
+
+Answer encoded(Answer answer)
+{
+    if (answer.gzip) {
+        answer.body = gzipped(answer.body);
+        answer.headers.emplaceBack("Content-Encoding", "gzip");
+    }
+    return answer;
 }
 
 QByteArray head(const Answer &answer)
@@ -108,21 +103,27 @@ void write(QTcpSocket *socket, const Answer &answer, bool headOnly, bool close)
         socket->disconnectFromHost();
 }
 
+// Reads the rest of what has come when the answer has been written.
+void answerNext(QTcpSocket *socket, bool secure, const Handler &handler)
+{
+    Request request;
+    request.secure = secure;
+    const Reading reading = readRequest(socket, &request);
+    if (reading == Reading::Malformed)
+        socket->disconnectFromHost();
+    if (reading != Reading::Whole)
+        return;
+    const Answer answer = encoded(handler(request));
+    const bool headOnly = request.method == "HEAD";
+    const bool close = request.header("Connection").compare("close", Qt::CaseInsensitive) == 0;
+    QTimer::singleShot(answer.delay, socket, [=] {
+        write(socket, answer, headOnly, close);
+        if (socket->isOpen())
+            answerNext(socket, secure, handler);
+    });
+}
+
 } // namespace
-
-QByteArray Request::header(const QByteArray &name) const
-{
-    for (const auto &[key, value] : headers) {
-        if (key.compare(name, Qt::CaseInsensitive) == 0)
-            return value;
-    }
-    return {};
-}
-
-QJsonObject Request::json() const
-{
-    return QJsonDocument::fromJson(body).object();
-}
 
 QByteArray gzipped(const QByteArray &data)
 {
@@ -145,30 +146,17 @@ Answer jsonAnswer(const QJsonObject &object)
     return {.body = QJsonDocument(object).toJson(QJsonDocument::Compact)};
 }
 
-HttpServer::HttpServer(bool secure, Handler handler, QObject *parent)
-    : QAbstractHttpServer(parent)
-    , m_secure(secure)
-    , m_handler(std::move(handler))
+void serve(QTcpServer *server, const Handler &handler)
 {
-}
-
-bool HttpServer::handleRequest(const QHttpServerRequest &raw, QTcpSocket *socket)
-{
-    const Request request = received(raw, m_secure);
-    Answer answer = m_handler(request);
-    if (answer.gzip) {
-        answer.body = gzipped(answer.body);
-        answer.headers.emplaceBack("Content-Encoding", "gzip");
-    }
-    const bool headOnly = request.method == "HEAD";
-    const bool close = request.header("Connection").compare("close", Qt::CaseInsensitive) == 0;
-    // Never from within this call: the base class still uses what a closed socket takes with it.
-    QTimer::singleShot(answer.delay, socket, [=] { write(socket, answer, headOnly, close); });
-    return true;
-}
-
-void HttpServer::missingHandler(const QHttpServerRequest &, QTcpSocket *)
-{
+    const bool secure = qobject_cast<QSslServer *>(server);
+    QObject::connect(server, &QTcpServer::pendingConnectionAvailable, server, [=] {
+        while (QTcpSocket *socket = server->nextPendingConnection()) {
+            const auto answerRequest = [=] { answerNext(socket, secure, handler); };
+            QObject::connect(socket, &QTcpSocket::readyRead, socket, answerRequest);
+            QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+            answerRequest();
+        }
+    });
 }
 
 } // namespace sandbox

@@ -3,28 +3,16 @@
 
 #include "answer.h"
 
-#include <QAbstractHttpServer>
-
 #include <functional>
+
+QT_FORWARD_DECLARE_CLASS(QTcpServer)
 
 namespace sandbox {
 
-class HttpServer : public QAbstractHttpServer
-{
-    Q_OBJECT
+using Handler = std::function<Answer(const Request &)>;
 
-public:
-    using Handler = std::function<Answer(const Request &)>;
-
-    HttpServer(bool secure, Handler handler, QObject *parent);
-
-protected:
-    bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
-    void missingHandler(const QHttpServerRequest &request, QTcpSocket *socket) override;
-
-private:
-    bool m_secure;
-    Handler m_handler;
-};
+// Asks the handler for the answer to every request that comes to the server, over https if it is a
+// QSslServer.
+void serve(QTcpServer *server, const Handler &handler);
 
 } // namespace sandbox

@@ -79,7 +79,7 @@ private slots:
         QVERIFY(second.server != first.server);
     }
 
-    void checksSignaturesAndKeepsHeadersAsSent()
+    void checksSignatures()
     {
         QCOMPARE(json(ask("splash"))[u"code"], 200);
         QCOMPARE(json(ask("splash", "wrong"))[u"code"], 401);
@@ -87,23 +87,50 @@ private slots:
         const auto requests = exchange->requests("/s/req2.do");
         QVERIFY(*requests[0].signatureOk && !*requests[1].signatureOk);
         QCOMPARE(requests[0].position, "splash");
+    }
 
-        // Two requests over one connection, byte by byte as a client wrote them.
+    void readsRequestsAsTheyComeOverTheWire()
+    {
+        const QByteArray first = "POST /logs.do?x=%2F HTTP/1.1\r\nhost: a\r\nappId: 1\r\nX-aB: \r\n"
+                                 "content-length: 2\r\n\r\n{}";
+        const QByteArray chunked = "POST /logs.do HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n"
+                                   "1\r\n{\r\n01;x\r\n}\r\n0\r\nTrailer: x\r\n\r\n";
+        const auto connectedTo = [&](QTcpSocket &socket) {
+            socket.connectToHost(QHostAddress::LocalHost, quint16(exchange->httpUrl().port()));
+            return socket.waitForConnected();
+        };
         QTcpSocket socket;
-        socket.connectToHost(QHostAddress::LocalHost, quint16(exchange->httpUrl().port()));
-        for (int i = 1; i <= 2; ++i) {
-            socket.write("POST /logs.do?x=%2F HTTP/1.1\r\nhost: a\r\nappId: 1\r\nX-aB: \r\n"
-                         "content-length: 2\r\n\r\n{}");
-            QVERIFY(exchange->waitForRequests("/logs.do", i));
-            QTRY_VERIFY(socket.bytesAvailable() > 0);
-            QVERIFY(socket.readAll().startsWith("HTTP/1.1 200 OK\r\n"));
+        QVERIFY(connectedTo(socket));
+        socket.write(first + chunked);
+        QVERIFY(exchange->waitForRequests("/logs.do", 2));
+        for (const char byte : first + chunked) {
+            socket.write(&byte, 1);
+            socket.flush();
+            QCoreApplication::processEvents();
         }
-        const auto request = exchange->requests("/logs.do").last();
-        QCOMPARE(request.headers,
-            (sandbox::Headers{
-                {"host", "a"}, {"appId", "1"}, {"X-aB", ""}, {"content-length", "2"}}));
-        QCOMPARE(request.target, "/logs.do?x=%2F");
-        QCOMPARE(request.body, "{}");
+        QVERIFY(exchange->waitForRequests("/logs.do", 4));
+        const auto requests = exchange->requests("/logs.do");
+        for (const auto &request : requests)
+            QCOMPARE(request.body, "{}");
+        for (int i : {0, 2}) {
+            QCOMPARE(requests[i].headers,
+                (sandbox::Headers{
+                    {"host", "a"}, {"appId", "1"}, {"X-aB", ""}, {"content-length", "2"}}));
+            QCOMPARE(requests[i].target, "/logs.do?x=%2F");
+        }
+        QByteArray answers;
+        QTRY_COMPARE((answers += socket.readAll()).count("HTTP/1.1 200 OK\r\n"), 4);
+
+        for (const QByteArray malformed : {"nonsense\r\n", "GET / HTTP/1.1\r\nno colon\r\n",
+                 "POST / HTTP/1.1\r\nContent-Length: -1\r\n\r\n",
+                 "POST / HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\nx\r\n"}) {
+            QTcpSocket refused;
+            QVERIFY(connectedTo(refused));
+            refused.write(malformed);
+            QTRY_COMPARE(refused.state(), QAbstractSocket::UnconnectedState);
+            QVERIFY(refused.readAll().isEmpty());
+        }
+        QCOMPARE(exchange->hits("/"), 0);
     }
 
     void answersWhatItDoesNotServe()
