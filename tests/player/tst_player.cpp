@@ -174,7 +174,7 @@ private slots:
              const auto &subview : container)
             QVERIFY(!subview[u"name"].toString().isEmpty()); // nothing but what has a name
         QCOMPARE(view[u"frame"], (QJsonArray{0, 0, 320, 468}));
-        QCOMPARE(itemNamed(splash, "bottomView")[u"frame"], (QJsonArray{0, 468, 320, 100}));
+        QCOMPARE(itemNamed(splash, "bottomView").value(u"frame"), (QJsonArray{0, 468, 320, 100}));
         const QJsonObject skip = itemNamed(view, "skipButton");
         QCOMPARE(skip[u"type"], "Button");
         QCOMPARE(skip[u"frame"], (QJsonArray{275, 15, 30, 30}));
@@ -185,7 +185,7 @@ private slots:
         QCOMPARE(picture[u"contentMode"], "aspectFit");
 
         const QJsonObject feed = dumped("--template-size 300x150 --at 0.2:scroll:50 feed");
-        QCOMPARE(itemNamed(feed, "row2")[u"frame"], (QJsonArray{0, 250, 300, 150}));
+        QCOMPARE(itemNamed(feed, "row2").value(u"frame"), (QJsonArray{0, 250, 300, 150}));
         QCOMPARE(itemNamed(feed, "row8")[u"type"], "ZNTTextRightImageAdView");
         QVERIFY(itemNamed(feed, "row9").isEmpty());
         QVERIFY(!itemNamed(itemNamed(feed, "row6"), "imageViews[2]").isEmpty());
