@@ -340,7 +340,7 @@ private slots:
     {
         Scene scene(Slide);
         QQuickItem *finger = scene.item("slideFingerView");
-        const auto place = [&] { return finger->mapToItem(scene.view, {}); };
+        const auto place = [&] { return finger->mapToItem(scene.view, QPointF()); };
         const QPointF start = place();
         QTest::qWait(100);
         QCOMPARE(place(), start);
