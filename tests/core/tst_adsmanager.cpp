@@ -129,9 +129,9 @@ private slots:
         QVERIFY(*sent.signatureOk);
         QByteArrayList names;
         for (const auto &[name, value] : sent.headers)
-            names.append(name);
+            names.append(name.toLower()); // as Qt 6.8 sends them
         for (const char *name :
-            {"Accept-Encoding", "Content-Type", "appId", "mediaId", "ts", "sign"})
+            {"accept-encoding", "content-type", "appid", "mediaid", "ts", "sign"})
             QCOMPARE(names.count(name), 1);
         QCOMPARE(sent.header("Accept-Encoding"), QByteArray("gzip"));
         QCOMPARE(sent.header("Content-Type"), QByteArray("application/json; charset=UTF-8"));
