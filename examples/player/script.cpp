@@ -113,12 +113,25 @@ void Script::point(const Action &action)
 void Script::changeScreen(const Action &action)
 {
     QQuickItem *screen = m_run.screen();
-    if (action.kind == Kind::Alpha)
-        screen->setOpacity(action.numbers.at(0));
-    else if (action.kind == Kind::Move)
+    if (action.kind == Kind::Move)
         screen->setPosition(m_screenPlace + QPointF(action.numbers.at(0), action.numbers.at(1)));
+    else if (action.kind == Kind::Alpha)
+        m_screenOpacity = action.numbers.at(0);
     else
-        screen->setVisible(action.kind == Kind::Show);
+        m_isScreenHidden = action.kind == Kind::Hide;
+    updateVisibility(screen);
+}
+
+// Qt 6.8 never shows a window's root item again once it was hidden, so that is made transparent and
+// deaf instead.
+void Script::updateVisibility(QQuickItem *screen) const
+{
+    const bool canHide = screen->parentItem() || QT_VERSION < QT_VERSION_CHECK(6, 5, 0);
+    if (canHide)
+        screen->setVisible(!m_isScreenHidden);
+    else
+        screen->setEnabled(!m_isScreenHidden);
+    screen->setOpacity(m_isScreenHidden && !canHide ? 0 : m_screenOpacity);
 }
 
 void Script::write(const Action &action)

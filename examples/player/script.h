@@ -23,6 +23,7 @@ private:
     void perform(const Action &action);
     void point(const Action &action);
     void changeScreen(const Action &action);
+    void updateVisibility(QQuickItem *screen) const;
     void write(const Action &action);
 
     const Options &m_options;
@@ -31,6 +32,8 @@ private:
     AdRun &m_run;
     Pointer m_pointer;
     QPointF m_screenPlace;
+    double m_screenOpacity = 1;
+    bool m_isScreenHidden = false;
     std::unique_ptr<Motion> m_motion; // only when it is used: a device may have sensors of its own
 };
 
