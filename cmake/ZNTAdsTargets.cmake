@@ -1,10 +1,18 @@
-# What every target of this project shares: warnings, sanitizers, the precompiled header.
+# What every target of this project shares: language, warnings, sanitizers, the precompiled header.
 
 option(ZNTADS_WERROR "Treat warnings as errors" OFF)
 set(ZNTADS_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 
 # znt_configure_target(TARGET [NO_PCH])
 function(znt_configure_target target)
+    set_target_properties(${target} PROPERTIES
+        AUTOMOC ON
+        CXX_STANDARD 20
+        CXX_STANDARD_REQUIRED ON
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+    )
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow
         -Wnon-virtual-dtor -Woverloaded-virtual $<$<BOOL:${ZNTADS_WERROR}>:-Werror>)
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
@@ -19,4 +27,14 @@ function(znt_configure_target target)
     if(NOT "NO_PCH" IN_LIST ARGN)
         target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src/pch.h)
     endif()
+endfunction()
+
+# znt_install_program(TARGET): beside the installed library, wherever both are.
+function(znt_install_program target)
+    if(NOT ZNTADS_INSTALL)
+        return()
+    endif()
+    file(RELATIVE_PATH to_libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
+    install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()

@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 5s;
+constexpr auto openerPatience = 5s;
 
 using Opened = std::function<void(bool opened)>;
 
@@ -75,7 +75,7 @@ void askForHandler(const QString &scheme, const Opened &done)
             done(ended->error() == QProcess::FailedToStart
                 || (hasSucceeded(ended) && !ended->readAll().trimmed().isEmpty()));
         });
-    QTimer::singleShot(patience, query, &QProcess::kill);
+    QTimer::singleShot(openerPatience, query, &QProcess::kill);
 }
 
 // xdg-open ends at once, or, where there is no desktop around it, with the application.
@@ -84,7 +84,7 @@ void runXdgOpen(const QString &link, const Opened &done)
     const Opened first = once(done);
     QProcess *opener = run(QStringLiteral("xdg-open"), {link},
         [first](const QProcess *ended) { first(hasSucceeded(ended)); });
-    QTimer::singleShot(patience, opener, [first] { first(true); });
+    QTimer::singleShot(openerPatience, opener, [first] { first(true); });
 }
 
 void openWithDesktop(const QString &link, const Opened &done)

@@ -20,7 +20,7 @@ constexpr auto writeInterval = 1s;
 // A burst of lines goes to the console in one piece, and wakes the writer once.
 constexpr auto gatherInterval = 20ms;
 // How long a writer that hangs may hold up the end of the process.
-constexpr auto endPatience = 1s;
+constexpr auto writerEndPatience = 1s;
 // A buffer that a burst has swollen beyond this is given back.
 constexpr qsizetype keptCapacity = 1 << 20;
 
@@ -148,7 +148,7 @@ void LogWriter::finish()
         isWriter = m_threadId == QThread::currentThreadId(); // the process ends out of posted work
     }
     m_wake.notify_one();
-    if (isWriter || m_thread->wait(QDeadlineTimer(endPatience)))
+    if (isWriter || m_thread->wait(QDeadlineTimer(writerEndPatience)))
         drain();
 }
 
@@ -215,7 +215,7 @@ bool LogWriter::takeInput()
 // Gives up where another thread hangs in a write.
 void LogWriter::drain()
 {
-    const std::unique_lock turn(m_turn, endPatience);
+    const std::unique_lock turn(m_turn, writerEndPatience);
     if (!turn)
         return;
     m_isDraining = true;

@@ -14,7 +14,7 @@ using namespace znt;
 
 namespace {
 
-constexpr AdFormat format{
+constexpr AdFormat feedFormat{
     .name = "feed",
     .title = "Feed",
     .domain = "ZNTFeedManager",
@@ -27,7 +27,7 @@ class ZNTFeedManager::Private
 {
 public:
     explicit Private(ZNTFeedManager *manager)
-        : flow(manager, format, &ZNTFeedDelegate::feedAdDidFail)
+        : flow(manager, feedFormat, &ZNTFeedDelegate::feedAdDidFail)
     {
     }
 

@@ -13,7 +13,7 @@ using namespace znt;
 namespace {
 
 constexpr qint64 secondsToClosable = 5;
-constexpr int fadeMilliseconds = 300;
+constexpr int overlayFadeMilliseconds = 300;
 
 } // namespace
 
@@ -58,7 +58,7 @@ ZNTInterstitialAd::ZNTInterstitialAd(const QString &mediaId, QObject *parent)
         if (d->overlay)
             d->overlay->setRemaining(remaining);
     });
-    d->fade.setDuration(fadeMilliseconds);
+    d->fade.setDuration(overlayFadeMilliseconds);
     d->fade.setEasingCurve(QEasingCurve::InOutQuad);
     connect(&d->fade, &QVariantAnimation::valueChanged, this,
         [this](const QVariant &opacity) { d->setOpacity(opacity.toDouble()); });

@@ -16,7 +16,7 @@ using namespace znt;
 
 namespace {
 
-constexpr AdFormat format{
+constexpr AdFormat interstitialFormat{
     .name = "interstitial",
     .title = "Interstitial",
     .domain = "ZNTInterstitialManager",
@@ -30,7 +30,7 @@ class ZNTInterstitialManager::Private
 public:
     explicit Private(ZNTInterstitialManager *manager)
         : q(manager)
-        , flow(manager, format, &ZNTInterstitialDelegate::interstitialAdDidFailed)
+        , flow(manager, interstitialFormat, &ZNTInterstitialDelegate::interstitialAdDidFailed)
     {
     }
 

@@ -25,7 +25,7 @@ void loadNetwork()
 
 // How long the application's end waits for the thread, which waits for nobody itself, and then for
 // the connections that a server may hold.
-constexpr auto endPatience = 250ms;
+constexpr auto threadEndPatience = 250ms;
 
 class Sessions
 {
@@ -43,10 +43,10 @@ public:
     ~Sessions()
     {
         m_thread->quit();
-        if (!m_thread->wait(QDeadlineTimer(endPatience)))
+        if (!m_thread->wait(QDeadlineTimer(threadEndPatience)))
             return; // a thread that runs must not be destroyed
         delete m_thread;
-        waitForDiscardedManagers(endPatience);
+        waitForDiscardedManagers(threadEndPatience);
     }
     Q_DISABLE_COPY_MOVE(Sessions)
 

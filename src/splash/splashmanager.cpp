@@ -18,7 +18,7 @@ constexpr qint64 shownSeconds = 5;
 // Beside the configured ratio, an exposure needs this much of the ad in its window.
 constexpr double reportableShare = 70;
 
-constexpr AdFormat format{
+constexpr AdFormat splashFormat{
     .name = "splash",
     .title = "Splash",
     .domain = "ZNTSplashManager",
@@ -32,8 +32,8 @@ class ZNTSplashManager::Private
 public:
     explicit Private(ZNTSplashManager *manager)
         : q(manager)
-        , flow(
-              manager, format, &ZNTSplashDelegate::splashAdDidFailed, [this] { visibility.stop(); })
+        , flow(manager, splashFormat, &ZNTSplashDelegate::splashAdDidFailed,
+              [this] { visibility.stop(); })
     {
     }
 

@@ -8,7 +8,7 @@ namespace znt {
 
 namespace {
 
-constexpr int fadeMilliseconds = 300;
+constexpr int sceneFadeMilliseconds = 300;
 
 } // namespace
 
@@ -17,7 +17,7 @@ SplashScene::SplashScene(QObject *parent)
 {
     m_fade.setStartValue(1.0);
     m_fade.setEndValue(0.0);
-    m_fade.setDuration(fadeMilliseconds);
+    m_fade.setDuration(sceneFadeMilliseconds);
     connect(&m_fade, &QVariantAnimation::valueChanged, this,
         [this](const QVariant &opacity) { setOpacity(opacity.toDouble()); });
     connect(&m_fade, &QVariantAnimation::finished, this, &SplashScene::close);
