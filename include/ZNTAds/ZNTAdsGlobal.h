@@ -3,7 +3,9 @@
 
 #include <QtCore/qglobal.h>
 
-#ifdef ZNTADS_LIBRARY
+#ifdef ZNTADS_STATIC
+#define ZNTADS_EXPORT
+#elif defined(ZNTADS_LIBRARY)
 #define ZNTADS_EXPORT Q_DECL_EXPORT
 #else
 #define ZNTADS_EXPORT Q_DECL_IMPORT
@@ -17,7 +19,8 @@
 #endif
 
 extern "C" {
-/// The library's numeric version, 1.0. It is independent of ZNTAdsSDK::version().
+/// The library's numeric version, 1.0. It is independent of ZNTAdsSDK::version() and of
+/// ZNTAdsVersion.h.
 ZNTADS_EXPORT extern const double ZNTAdsVersionNumber;
 /// The library's build string.
 ZNTADS_EXPORT extern const char *const ZNTAdsVersionString;

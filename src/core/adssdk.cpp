@@ -6,6 +6,7 @@
 #include "ui/safearea.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
+#include <ZNTAds/ZNTAdsVersion.h>
 
 #include <atomic>
 
@@ -29,7 +30,7 @@ QString onOrOff(bool on)
 
 QString ZNTAdsSDK::version()
 {
-    return QStringLiteral("1.1.0");
+    return QStringLiteral(ZNTADS_VERSION_STR);
 }
 
 void ZNTAdsSDK::registerWithAppId(
