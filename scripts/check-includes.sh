@@ -13,6 +13,7 @@ declare -A may=(
 may[model]="${may[diagnostics]} model"
 may[core]="${may[model]} core"
 may[ads]="${may[core]} ads"
+may[plugins]="plugins splash"
 for format in splash interstitial feed; do
     may[$format]="${may[ads]} $format"
 done

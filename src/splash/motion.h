@@ -3,36 +3,39 @@
 
 #include "splash/motiondetector.h"
 
-#include <QAccelerometer>
 #include <QElapsedTimer>
 #include <QObject>
-#include <QRotationSensor>
+
+#include <memory>
 
 namespace znt {
 
+class MotionBackend;
+
 // Listens to the rotation sensor and the accelerometer from its construction to its destruction; a
-// device that lacks one of them is silent about it.
+// device that lacks one of them is silent about it, as is one without the plugin that reads them.
 class ZNTADS_INTERNAL Motion : public QObject
 {
     Q_OBJECT
 
 public:
     explicit Motion(QObject *parent = nullptr);
+    ~Motion() override;
 
 Q_SIGNALS:
-    // Once at most; the rotation sensor has been stopped.
+    // Once at most; then the rotation sensor stops.
     void tilted();
     void shaken();
 
 private:
-    void readPitch();
-    void readAcceleration();
+    void listenTo(MotionBackend &backend);
+    bool takePitch(double pitch);
+    void takeAcceleration(double strength);
 
-    QRotationSensor m_rotation;
-    QAccelerometer m_accelerometer;
+    std::unique_ptr<QObject> m_sensors;
     TiltDetector m_tilt;
     ShakeDetector m_shake;
-    QElapsedTimer m_clock; // not every backend gives its readings a time
+    QElapsedTimer m_clock; // not every sensor gives its readings a time
 };
 
 } // namespace znt

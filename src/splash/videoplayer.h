@@ -1,16 +1,7 @@
 // Plays a video in an endless loop, as a stream of pictures.
 #pragma once
 
-#include <QBuffer>
-#include <QImage>
-#include <QMediaPlayer>
-#include <QUrl>
-#include <QVideoFrame>
-#include <QVideoSink>
-
-#include <memory>
-
-class QAudioOutput;
+#include "splash/videobackend.h"
 
 namespace znt {
 
@@ -31,20 +22,15 @@ Q_SIGNALS:
     void frame(const QImage &frame);
 
 private:
-    void play(const QByteArray &video);
-    void takeFrame(const QVideoFrame &frame);
-    void convert(const QVideoFrame &frame);
+    void play(VideoBackend &backend, const QByteArray &video);
+    void takeFrame(const VideoBackend::Frame &frame);
+    void convert(const VideoBackend::Frame &frame);
     void converted(const QImage &picture);
-    void rewind(QMediaPlayer::MediaStatus status);
 
     const QUrl m_url;
-    QBuffer m_video;
-    // Made when there is something to play: the first one in a process loads the media backend.
-    std::unique_ptr<QVideoSink> m_sink;
-    std::unique_ptr<QAudioOutput> m_sound;
-    std::unique_ptr<QMediaPlayer> m_player;
+    std::unique_ptr<QObject> m_loop; // while there is something to play
     bool m_isConverting = false;
-    QVideoFrame m_waiting; // the latest frame that came meanwhile
+    VideoBackend::Frame m_waiting; // the latest frame that came meanwhile
 };
 
 } // namespace znt

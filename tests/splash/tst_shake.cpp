@@ -87,6 +87,8 @@ private slots:
         QSensorManager::registerBackend(QAccelerometer::sensorType, "test.acceleration", &factory);
         QSensorManager::setDefaultBackend(QRotationSensor::sensorType, "test.rotation");
         QSensorManager::setDefaultBackend(QAccelerometer::sensorType, "test.acceleration");
+        Scene scene(Shake);
+        QTRY_VERIFY(Acceleration::latest); // the first one waits for the plugin
     }
 
     void init() { failOnWarnings(); }
