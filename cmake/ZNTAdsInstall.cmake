@@ -18,7 +18,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ZNTAds ${generated_headers}/ZNTA
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
 )
 # For qmllint and editors: an application has the module from the library itself.
-install(FILES ${module_dir}/qmldir ${module_dir}/ZNTAds.qmltypes
+install(FILES ${module_dir}/qmldir ${module_dir}/ZNTAds.qmltypes ${qml_files}
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/qt6/qml/ZNTAds
 )
 
