@@ -15,6 +15,7 @@
 
 #include <QDateTime>
 #include <QMutex>
+#include <QThread>
 
 #include <atomic>
 

@@ -1,7 +1,7 @@
 // The three splash creatives by the manager's style numbers.
 #pragma once
 
-#include <QtGlobal>
+#include <QMetaObject>
 
 class QString;
 class ZNTSplashAdView;

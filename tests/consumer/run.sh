@@ -2,11 +2,11 @@
 # Builds the hosts of this folder in an empty one and has them show ads of the sandbox exchange.
 # Usage: QMLLINT=PROGRAM run.sh installed|fetched BUILD_DIR SOURCE_DIR WORK_DIR [CMAKE_ARGUMENT...]
 #   installed: with what BUILD_DIR installs, which is a shared library
-#   fetched: with SOURCE_DIR's library in the host's own build, a static one made as few units, then
-#            with what that build installs
+#   fetched: with SOURCE_DIR's library in the host's own build, a static one made as few units without
+#            precompiled headers, then with what that build installs
 set -euo pipefail
 kind=$1 build=$2 source=$3 work=$4
-export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR=$work
+export CCACHE_BASEDIR=$work
 
 rm -rf "$work"
 mkdir -p "$work"
@@ -55,7 +55,8 @@ installed() {
 
 fetched() {
     build_hosts fetched -D FETCHCONTENT_SOURCE_DIR_ZNTADS="$source" -D ZNTADS_INSTALL=ON \
-        -D CMAKE_UNITY_BUILD=ON -D CMAKE_UNITY_BUILD_BATCH_SIZE=16 -D CMAKE_CXX_STANDARD=23 \
+        -D CMAKE_UNITY_BUILD=ON -D CMAKE_UNITY_BUILD_BATCH_SIZE=16 \
+        -D CMAKE_DISABLE_PRECOMPILE_HEADERS=ON -D CMAKE_CXX_STANDARD=23 \
         -D CMAKE_CXX_FLAGS="-O0 -Werror=missing-declarations"
     run_hosts fetched
     cmake --install fetched --prefix prefix >/dev/null
