@@ -22,7 +22,7 @@ status=0
 complain() { echo "$*"; status=1; }
 
 for folder in $(git ls-files 'src/*/*.cpp' | cut -d/ -f2 | sort -u); do
-    for included in $(cat "src/$folder"/*.cpp "src/$folder"/*.h | sed -nE 's|^#include "([a-z]+)/.*|\1|p' | sort -u); do
+    for included in $(git ls-files "src/$folder" | grep -E "\.(cpp|h)$" | xargs cat | sed -nE 's|^#include "([a-z]+)/.*|\1|p' | sort -u); do
         [[ " ${may[$folder]:-} " == *" $included "* ]] || complain "src/$folder may not include from $included/"
     done
 done
