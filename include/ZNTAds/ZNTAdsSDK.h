@@ -62,10 +62,12 @@ public:
     /// A click target is untrusted and reaches an opener, or the system, only when it leads to the
     /// web or to another application. That is http and https with a host, and any scheme that no
     /// system or browser keeps for itself (as `file`, `jar`, `javascript`, `smb`, `shell` or `ms-…`
-    /// are kept), followed by something that is no path and holds no link to a file, a script or a
-    /// share, escaped or not, and no attachment. An `intent:` link is judged by the scheme that it
-    /// names as well; it may ask for no action but to view, and for no component. Control
-    /// characters and more than 65,536 characters are refused.
+    /// are kept), followed by something that is no path (one slash, unless the scheme has a point)
+    /// and holds no link to a file, a script or a share, escaped or not, nor the attachment of a
+    /// mail. An `intent:` link is judged by the scheme that it names as well; it may ask for no
+    /// action but to view, for no component and type, and for none of Android's own applications
+    /// but the browser and the store. Control characters and more than 65,536 characters are
+    /// refused.
     static void setUrlOpener(UrlOpener opener);
 
     /// Opens a click target and calls @p done, at once or later, on the main thread, with whether
