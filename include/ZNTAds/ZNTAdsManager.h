@@ -52,9 +52,10 @@ public:
     /// Sends one request of any kind and reads the answer as the exchange's envelope. The HTTP
     /// status is not looked at, only the body counts; the whole takes at most 15 seconds. A request
     /// that cannot be written down is an error at once, on the calling thread: a number in the body
-    /// that is not finite, a control character in a header. Headers and body are sent to the origin
-    /// of @p url alone: a redirection elsewhere is followed without the headers, and is an error
-    /// when it would have to take the body along.
+    /// that is not finite, a control character in a header, a method or a header's name that is no
+    /// token of HTTP. Headers and body are sent to the origin of @p url alone: a redirection
+    /// elsewhere is followed without the headers, and is an error when it would have to take the
+    /// body along.
     /// @param url an http or https address of at most 65,536 characters, anything else ends in an
     /// error; it goes out unchanged as far as QUrl can carry it (README, "On the wire")
     /// @param method the HTTP method, as written

@@ -44,7 +44,7 @@ HttpRequest httpRequest(const QString &url, const QString &method,
 std::optional<ZNTError> requestError(const QString &method,
     const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers)
 {
-    const auto error = headerError(headers);
+    const auto error = headError(method, headers);
     return error || !params || method != u"POST" ? error : bodyError(*params);
 }
 
@@ -275,7 +275,7 @@ void ZNTAdsManager::Private::loadAdConfig()
     const QJsonObject body{{QStringLiteral("releaseDateTime"), QLatin1String("")},
         {QStringLiteral("version"), QLatin1String("")}};
     const QMap<QString, QString> headers = headersNow();
-    if (const auto error = headerError(headers)) {
+    if (const auto error = headError(QStringLiteral("POST"), headers)) {
         if (isLogEnabled)
             logError("Config Request Failed: %1", *error);
         return;

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QJsonArray>
+#include <QRegularExpression>
 #include <QUuid>
 
 #include <algorithm>
@@ -12,6 +13,8 @@
 namespace znt {
 
 namespace {
+
+using namespace Qt::StringLiterals;
 
 // A missing text is sent as an empty one.
 QJsonValue text(const QString &value)
@@ -65,6 +68,13 @@ bool fitsJson(const QJsonValue &value)
     return !value.isDouble() || qIsFinite(value.toDouble());
 }
 
+// A token of HTTP, as methods and the names of headers are.
+bool isToken(const QString &text)
+{
+    static const QRegularExpression token(u"\\A[!#$%&'*+.^_`|~0-9A-Za-z-]+\\z"_s);
+    return token.match(text).hasMatch();
+}
+
 bool fitsHeader(const QString &text)
 {
     return std::ranges::none_of(text, [](QChar c) { return c < u' ' || c == u'\x7f'; });
@@ -80,12 +90,16 @@ std::optional<ZNTError> bodyError(const QJsonObject &body)
         QStringLiteral("The body holds a number that is not finite."));
 }
 
-std::optional<ZNTError> headerError(const QMap<QString, QString> &headers)
+std::optional<ZNTError> headError(const QString &method, const QMap<QString, QString> &headers)
 {
-    if (std::ranges::all_of(headers.keys(), fitsHeader) && std::ranges::all_of(headers, fitsHeader))
-        return {};
-    return ZNTError(QStringLiteral("QNetworkRequest"), 0,
-        QStringLiteral("A header holds a control character."));
+    const auto error = [](const QString &why) { return ZNTError(u"QNetworkRequest"_s, 0, why); };
+    if (!isToken(method))
+        return error(u"The method is no token."_s);
+    if (!std::ranges::all_of(headers.keys(), isToken))
+        return error(u"The name of a header is no token."_s);
+    if (!std::ranges::all_of(headers, fitsHeader))
+        return error(u"A header holds a control character."_s);
+    return {};
 }
 
 QString sha256Hex(const QString &string)

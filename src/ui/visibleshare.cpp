@@ -99,6 +99,12 @@ bool isItemView(const QQuickItem *item)
     return inheritsOnce(item, "QQuickItemView", itemView);
 }
 
+bool isGridView(const QQuickItem *item)
+{
+    static const QMetaObject *gridView = nullptr;
+    return inheritsOnce(item, "QQuickGridView", gridView);
+}
+
 bool isTableView(const QQuickItem *item)
 {
     static const QMetaObject *tableView = nullptr;
@@ -109,6 +115,7 @@ struct Scrolling
 {
     bool isAcross;
     bool isReversed;
+    double cell; // along the way of a GridView, which looks at cells; else 0
 };
 
 Scrolling scrollingOf(const QQuickItem *itemView)
@@ -116,11 +123,12 @@ Scrolling scrollingOf(const QQuickItem *itemView)
     const auto is = [itemView](const char *property, int value) {
         return itemView->property(property).toInt() == value;
     };
+    const auto cell = [itemView](const char *size) { return itemView->property(size).toDouble(); };
     const bool isGrid = itemView->property("flow").isValid();
     if (isGrid ? !is("flow", 0) : is("orientation", Qt::Horizontal))
-        return {true, is("effectiveLayoutDirection", Qt::RightToLeft)};
+        return {true, is("effectiveLayoutDirection", Qt::RightToLeft), cell("cellWidth")};
     constexpr int bottomToTop = 3; // QQuickItemView::BottomToTop
-    return {false, is("verticalLayoutDirection", bottomToTop)};
+    return {false, is("verticalLayoutDirection", bottomToTop), cell("cellHeight")};
 }
 
 bool isOutside(double from, double length, double size)
@@ -143,9 +151,11 @@ bool isCulledFrom(const QQuickItem *itemView, const QQuickItem *row, const QPoin
     double last = itemView->property("displayMarginEnd").toDouble();
     if (scrolling.isReversed)
         std::swap(first, last);
+    const auto length = [&scrolling](
+                            double size) { return scrolling.cell ? scrolling.cell : size; };
     const bool beyond = scrolling.isAcross
-        ? isBeyond(position.x() + first, row->width(), itemView->width() + first + last)
-        : isBeyond(position.y() + first, row->height(), itemView->height() + first + last);
+        ? isBeyond(position.x() + first, length(row->width()), itemView->width() + first + last)
+        : isBeyond(position.y() + first, length(row->height()), itemView->height() + first + last);
     const auto is = [&](const char *part) {
         return itemView->property(part).value<QQuickItem *>() == row;
     };
@@ -159,8 +169,10 @@ bool isCulled(const QQuickItem *row)
     if (!view || !(view->flags() & QQuickItem::ItemIsViewport))
         return false;
     const QPointF position = row->position() + content->position();
-    if (!isOutside(position.x(), row->width(), view->width())
-        && !isOutside(position.y(), row->height(), view->height()))
+    const bool isInside = !isOutside(position.x(), row->width(), view->width())
+        && !isOutside(position.y(), row->height(), view->height());
+    // A row that is larger than its cell may reach in while the cell, and so the row, is culled.
+    if (isInside && !isGridView(view))
         return false;
     return isTableView(view) || (isItemView(view) && isCulledFrom(view, row, position));
 }

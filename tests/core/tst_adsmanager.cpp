@@ -244,11 +244,14 @@ private slots:
         manager->sendNegativeFeedbackWithType(
             1, "ad", QJsonArray{QJsonObject{{"x", qInf()}}}, count);
         manager->sendRequestWithURL(exchange.at("/x"), "POST", {}, {{"a", "b\r\nc: d"}}, count);
-        manager->sendRequestWithURL(exchange.at("/x"), "GET", {}, {{"a\n", "b"}}, count);
+        for (const char *name : {"a\n", "a b", "a:", ""})
+            manager->sendRequestWithURL(exchange.at("/x"), "GET", {}, {{name, "b"}}, count);
+        for (const char *method : {"", "GE T", "GET / HTTP/1.1\r\nx: y"})
+            manager->sendRequestWithURL(exchange.at("/x"), method, {}, {}, count);
         manager->setAppId("app\n");
         manager->requestAdWithPositionId("splash", 0, {}, count);
         manager->setAppId("app");
-        QCOMPARE(failures, 7);
+        QCOMPARE(failures, 13);
 
         // Params go out with a POST alone.
         bool answered = false;

@@ -115,13 +115,17 @@ private slots:
     {
         QQmlEngine engine;
         const QByteArray row = "delegate: Rectangle { objectName: 'row'; implicitWidth: 30; "
-                               "implicitHeight: 20; width: 30; height: 20; color: 'white' } ";
+                               "implicitHeight: 20; width: 30; height: 20; color: 'transparent' } ";
         for (const QByteArray &view : {QByteArray("ListView { cacheBuffer: 100; model: 12;"),
                  QByteArray("ListView { cacheBuffer: 100; model: 12; orientation: Qt.Horizontal;"),
                  QByteArray("ListView { cacheBuffer: 100; model: 12; displayMarginBeginning: 15;"
                             "verticalLayoutDirection: ListView.BottomToTop;"),
                  QByteArray(
-                     "GridView { cacheBuffer: 100; model: 30; cellWidth: 30; cellHeight: 20;"),
+                     "GridView { cacheBuffer: 100; model: 30; cellWidth: 30; cellHeight: 14;"),
+                 QByteArray("GridView { cacheBuffer: 100; model: 30; cellWidth: 36; cellHeight: 30;"
+                            "flow: GridView.FlowTopToBottom;"),
+                 QByteArray(
+                     "GridView { cacheBuffer: 100; model: 30; cellWidth: 30; cellHeight: 40;"),
                  QByteArray("TableView { model: 12;")}) {
             const auto object = created(
                 &engine, "import QtQuick; " + view + row + "x: 25; y: 22; width: 60; height: 40 }");
@@ -141,7 +145,7 @@ private slots:
                     ++rows;
                     item->setProperty("color", QColor(Qt::red));
                     const QImage picture = window.grabWindow();
-                    item->setProperty("color", QColor(Qt::white));
+                    item->setProperty("color", QColor(Qt::transparent));
                     const Box ad(nullptr, QRectF(QPointF(), item->size()));
                     const double drawn = drawnShare(picture, &ad);
                     const double share = visibleShare(item).value_or(0);
