@@ -23,9 +23,9 @@ ZNTADS_INTERNAL QString sha256Hex(const QString &text);
 // The six headers of a signed request made at this moment, in seconds since 1970-01-01 UTC.
 ZNTADS_INTERNAL QMap<QString, QString> signedHeaders(const Identity &identity, qint64 seconds);
 
-// Why a request cannot be written down: a number that JSON has no form for (not a number, infinity);
-// a method or a header's name that is no token of HTTP, or a control character in a header, any of
-// which could end the line that it stands in.
+// Why a request cannot be written down: a number that JSON has no form for (not a number,
+// infinity); a method or a header's name that is no token of HTTP, or a control character in a
+// header, any of which could end the line that it stands in.
 std::optional<ZNTError> bodyError(const QJsonObject &body);
 std::optional<ZNTError> headError(const QString &method, const QMap<QString, QString> &headers);
 
