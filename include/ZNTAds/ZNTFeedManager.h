@@ -27,8 +27,8 @@ class ZNTADS_EXPORT ZNTFeedManager : public QObject, public ZNTAdViewDelegate
 {
     Q_OBJECT
     Q_INTERFACES(ZNTAdViewDelegate)
-    Q_PROPERTY(QString mediaId READ mediaId WRITE setMediaId)
-    Q_PROPERTY(qint64 adCount READ adCount WRITE setAdCount)
+    Q_PROPERTY(QString mediaId READ mediaId WRITE setMediaId NOTIFY mediaIdChanged)
+    Q_PROPERTY(qint64 adCount READ adCount WRITE setAdCount NOTIFY adCountChanged)
 
 public:
     explicit ZNTFeedManager(QObject *parent = nullptr);
@@ -118,6 +118,27 @@ public:
     /// Called by a template view that has entered a window: notifies the host and watches the view
     /// on behalf of adData().
     void adViewDidExposure(QQuickItem *view) override;
+
+Q_SIGNALS:
+    void mediaIdChanged();
+    void adCountChanged();
+
+    // Each of these but the last follows the delegate's method, with or without a delegate. Whoever
+    // hears of one may destroy the manager.
+    /// feedAdDidLoad()
+    void loaded(const QList<ZNTFeedAdDataPtr> &ads);
+    /// feedAdDidFail()
+    void failed(const ZNTError &error);
+    /// feedAdDidVisible()
+    void appeared();
+    /// feedAdDidClick()
+    void clicked();
+    /// feedAdDidClose()
+    void closed();
+    /// feedAdDidCloseOtherController()
+    void targetOpened();
+    /// A record that was registered counts as seen.
+    void rendered(const ZNTFeedAdDataPtr &adData);
 
 private:
     friend class ZNTFeedAdView;

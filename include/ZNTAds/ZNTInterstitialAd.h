@@ -28,7 +28,7 @@ class ZNTADS_EXPORT ZNTInterstitialAd : public QObject
     Q_OBJECT
     Q_PROPERTY(QString mediaId READ mediaId CONSTANT)
     Q_PROPERTY(bool isReady READ isReady)
-    Q_PROPERTY(qint64 remainingTime READ remainingTime)
+    Q_PROPERTY(qint64 remainingTime READ remainingTime NOTIFY remainingTimeChanged)
     Q_PROPERTY(QQuickItem *rootViewController READ rootViewController)
     Q_PROPERTY(QQuickItem *adView READ adView)
 
@@ -70,6 +70,9 @@ public:
     QQuickItem *adView() const;
     /// Seconds left until the user can close the ad; 5 before the first show.
     qint64 remainingTime() const;
+
+Q_SIGNALS:
+    void remainingTimeChanged();
 
 private:
     class Private;

@@ -25,11 +25,14 @@ class ZNTADS_EXPORT ZNTInterstitialManager : public QObject, public ZNTInterstit
 {
     Q_OBJECT
     Q_INTERFACES(ZNTInterstitialDelegate)
-    Q_PROPERTY(QString mediaId READ mediaId WRITE setMediaId)
-    Q_PROPERTY(QQuickItem *showAdController READ showAdController WRITE setShowAdController)
-    Q_PROPERTY(double autoCloseTime READ autoCloseTime WRITE setAutoCloseTime)
-    Q_PROPERTY(bool isLoading READ isLoading)
-    Q_PROPERTY(bool hasReportedExposure READ hasReportedExposure)
+    Q_PROPERTY(QString mediaId READ mediaId WRITE setMediaId NOTIFY mediaIdChanged)
+    Q_PROPERTY(QQuickItem *showAdController READ showAdController WRITE setShowAdController NOTIFY
+            showAdControllerChanged)
+    Q_PROPERTY(
+        double autoCloseTime READ autoCloseTime WRITE setAutoCloseTime NOTIFY autoCloseTimeChanged)
+    Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
+    Q_PROPERTY(qint64 remainingTime READ remainingTime NOTIFY remainingTimeChanged)
+    Q_PROPERTY(bool hasReportedExposure READ hasReportedExposure NOTIFY hasReportedExposureChanged)
 
 public:
     /// A manager without an ad, whose shown ads do not close by themselves.
@@ -72,6 +75,8 @@ public:
     /// Whether the exposure's tracking requests have all completed; once true it stays true, and
     /// further shows of this manager are not reported.
     bool hasReportedExposure() const;
+    /// Seconds until the user can close the ad of the latest show; 0 before the first.
+    qint64 remainingTime() const;
     /// The presenter of the latest show, also after it was dismissed; null before the first.
     ZNTInterstitialAd *interstitialAd() const;
     /// The loaded ad as the exchange sent it, if there is one.
@@ -92,6 +97,31 @@ public:
     /// Called by the presenter; ends the watch, sends negative feedback when the ad has an
     /// "ad_id", and notifies the delegate.
     void interstitialAdDidAutoClose(bool autoClose) override;
+
+Q_SIGNALS:
+    void mediaIdChanged();
+    void showAdControllerChanged();
+    void autoCloseTimeChanged();
+    void isLoadingChanged();
+    void remainingTimeChanged();
+    void hasReportedExposureChanged();
+
+    // Each of these but the last follows the delegate's method, with or without a delegate. Whoever
+    // hears of one may destroy the manager.
+    /// interstitialAdDidLoad()
+    void loaded();
+    /// interstitialAdDidFailed()
+    void failed(const ZNTError &error);
+    /// interstitialAdDidVisible()
+    void appeared();
+    /// interstitialAdDidClick()
+    void clicked();
+    /// interstitialAdDidCloseOtherController()
+    void targetOpened();
+    /// interstitialAdDidAutoClose()
+    void closed(bool autoClose);
+    /// The ad counts as seen.
+    void rendered();
 
 private:
     class Private;

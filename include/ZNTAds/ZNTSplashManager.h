@@ -26,13 +26,14 @@ class ZNTADS_EXPORT ZNTSplashManager : public QObject, public ZNTSplashDelegate
 {
     Q_OBJECT
     Q_INTERFACES(ZNTSplashDelegate)
-    Q_PROPERTY(QString mediaId READ mediaId WRITE setMediaId)
-    Q_PROPERTY(qint64 adStyle READ adStyle WRITE setAdStyle)
-    Q_PROPERTY(QQuickItem *bottomView READ bottomView WRITE setBottomView)
-    Q_PROPERTY(QQuickItem *showAdController READ showAdController WRITE setShowAdController)
-    Q_PROPERTY(bool portrait READ portrait WRITE setPortrait)
-    Q_PROPERTY(qint64 remainingTime READ remainingTime)
-    Q_PROPERTY(bool hasReportedExposure READ hasReportedExposure)
+    Q_PROPERTY(QString mediaId READ mediaId WRITE setMediaId NOTIFY mediaIdChanged)
+    Q_PROPERTY(qint64 adStyle READ adStyle WRITE setAdStyle NOTIFY adStyleChanged)
+    Q_PROPERTY(QQuickItem *bottomView READ bottomView WRITE setBottomView NOTIFY bottomViewChanged)
+    Q_PROPERTY(QQuickItem *showAdController READ showAdController WRITE setShowAdController NOTIFY
+            showAdControllerChanged)
+    Q_PROPERTY(bool portrait READ portrait WRITE setPortrait NOTIFY portraitChanged)
+    Q_PROPERTY(qint64 remainingTime READ remainingTime NOTIFY remainingTimeChanged)
+    Q_PROPERTY(bool hasReportedExposure READ hasReportedExposure NOTIFY hasReportedExposureChanged)
 
 public:
     explicit ZNTSplashManager(QObject *parent = nullptr);
@@ -98,6 +99,32 @@ public:
 
     /// Called by the creative at a click.
     void handleAdClick() override;
+
+Q_SIGNALS:
+    void mediaIdChanged();
+    void adStyleChanged();
+    void bottomViewChanged();
+    void showAdControllerChanged();
+    void portraitChanged();
+    void remainingTimeChanged();
+    void hasReportedExposureChanged();
+
+    // Each of these follows the delegate's method, with or without a delegate. Whoever hears of one
+    // may destroy the manager.
+    /// splashAdDidLoad()
+    void loaded();
+    /// splashAdDidFailed()
+    void failed(const ZNTError &error);
+    /// splashAdDidVisible()
+    void appeared();
+    /// handleAdClick()
+    void clicked();
+    /// splashAdDidCloseOtherController()
+    void targetOpened();
+    /// splashAdDidShowFinish()
+    void closed();
+    /// splashAdDidRender()
+    void rendered();
 
 private:
     class Private;

@@ -27,14 +27,14 @@ struct AdFormat
 
 // Belongs to a manager and does its work on the manager's behalf. Main thread, but for request(),
 // fail() and the ad position.
-template <class Delegate>
+template <class Manager, class Delegate>
 class AdFlow
 {
 public:
     using DidFail = void (Delegate::*)(const ZNTError &error);
 
-    // `failing` runs at each failure on the main thread, before the delegate hears of it.
-    AdFlow(QObject *manager, const AdFormat &format, DidFail didFail,
+    // `failing` runs at each failure on the main thread, before the host hears of it.
+    AdFlow(Manager *manager, const AdFormat &format, DidFail didFail,
         std::function<void()> failing = {})
         : m_manager(manager)
         , m_format(format)
@@ -44,16 +44,20 @@ public:
     }
 
     ZNTDelegateRef<Delegate> delegate;
+    // Called where isLoading() may have changed, if it is there.
+    std::function<void()> loadingChanged;
 
     QString mediaId() const
     {
         const QMutexLocker lock(&m_mutex);
         return m_mediaId;
     }
-    void setMediaId(const QString &mediaId)
+    // Whether that changed it.
+    bool setMediaId(const QString &mediaId)
     {
         const QMutexLocker lock(&m_mutex);
-        m_mediaId = mediaId;
+        const QString before = std::exchange(m_mediaId, mediaId);
+        return before != mediaId || before.isNull() != mediaId.isNull();
     }
     // False without an ad position, and the failure is on its way. An empty one is one.
     bool requireMediaId()
@@ -82,11 +86,11 @@ public:
     template <class Read, class Take>
     void request(Read read, Take take, std::function<void()> loaded)
     {
-        ++m_pending;
+        countPending(+1);
         const QPointer<QObject> manager(m_manager);
         const auto answered = [this, take = std::move(take), loaded = std::move(loaded)](
                                   const auto &ads) {
-            --m_pending;
+            countPending(-1);
             if (ads)
                 succeed(take(*ads), loaded);
             else
@@ -113,14 +117,20 @@ public:
         logError("%1 ad error: %2", m_format.title, error.localizedDescription());
         if (m_failing)
             m_failing();
-        notifyLater([this, error] { notify(m_didFail, error); });
+        notifyLater([this, error] { notify(m_didFail, &Manager::failed, error); });
     }
 
-    // Calls the method when there is a delegate; false when the manager has not survived that.
+    // Calls the method when there is a delegate, then emits the signal; false when the manager has
+    // not survived that.
     template <class... Parameters, class... Arguments>
-    bool notify(void (Delegate::*method)(Parameters...), Arguments &&...arguments)
+    bool notify(void (Delegate::*method)(Parameters...), void (Manager::*signal)(Parameters...),
+        const Arguments &...arguments)
     {
-        return znt::notify(m_manager, delegate, method, std::forward<Arguments>(arguments)...);
+        if (!znt::notify(m_manager, delegate, method, arguments...))
+            return false;
+        const QPointer<QObject> manager(m_manager);
+        Q_EMIT(m_manager->*signal)(arguments...);
+        return !manager.isNull();
     }
     // In an event-loop iteration of its own: the host is never called back from inside its own
     // call.
@@ -134,11 +144,17 @@ public:
     {
         openClickTarget(target, [this, didClose, manager = QPointer<QObject>(m_manager)] {
             if (manager)
-                notify(didClose);
+                notify(didClose, &Manager::targetOpened);
         });
     }
 
 private:
+    void countPending(int more)
+    {
+        m_pending += more;
+        if (loadingChanged)
+            loadingChanged();
+    }
     void succeed(qsizetype count, const std::function<void()> &loaded)
     {
         logCount(m_format.loaded, count);
@@ -151,12 +167,12 @@ private:
     }
     void failToLoad(const ZNTError &error)
     {
-        --m_pending;
+        countPending(-1);
         logError("Failed to load %1 ad data: %2", m_format.name, error.localizedDescription());
         fail(error);
     }
 
-    QObject *const m_manager;
+    Manager *const m_manager;
     const AdFormat m_format;
     const DidFail m_didFail;
     const std::function<void()> m_failing;

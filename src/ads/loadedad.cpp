@@ -51,9 +51,12 @@ void LoadedAd::reportClose(QString Ad::*id) const
         sendNegativeFeedback((*m_ad).*id);
 }
 
-void LoadedAd::reportExposure()
+void LoadedAd::reportExposure(const std::function<void()> &reported)
 {
-    znt::reportExposure(m_tracking.view, [reported = m_hasReportedExposure] { *reported = true; });
+    znt::reportExposure(m_tracking.view, [hasReported = m_hasReportedExposure, reported] {
+        if (!std::exchange(*hasReported, true))
+            reported();
+    });
 }
 
 } // namespace znt

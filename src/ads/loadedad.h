@@ -4,6 +4,7 @@
 #include "model/ad.h"
 #include "model/trackinglists.h"
 
+#include <functional>
 #include <memory>
 
 namespace znt {
@@ -31,7 +32,8 @@ public:
 
     // Negative feedback, when that id of the ad is there.
     void reportClose(QString Ad::*id) const;
-    void reportExposure();
+    // `reported` runs when every request has been answered.
+    void reportExposure(const std::function<void()> &reported);
     // Whether every request of an exposure has been answered; once true it stays true, whatever ad
     // is taken then.
     bool hasReportedExposure() const { return *m_hasReportedExposure; }

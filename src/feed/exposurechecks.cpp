@@ -48,15 +48,18 @@ void ExposureChecks::forget()
 
 void ExposureChecks::ended(Check *check, VisibilityWatch::End how)
 {
+    const ZNTFeedAdDataPtr record = check->record; // the check may go with its own
     if (how == VisibilityWatch::End::Seen)
-        report(*check->record);
+        report(*record);
     const bool looksOn = check->isForgotten && check->view;
     if (looksOn || !check->isForgotten)
-        stop(ZNTFeedAdDataPtr(check->record)); // a copy: the check may go with its own
+        stop(record);
     if (looksOn)
         check->look();
     else
         std::erase_if(m_forgotten, [check](const auto &other) { return other.get() == check; });
+    if (how == VisibilityWatch::End::Seen)
+        Q_EMIT seen(record);
 }
 
 // An ad without an id is never taken for another.

@@ -20,6 +20,8 @@ namespace znt {
 // ad's id, from the moment that all its trackers have answered. Main thread.
 class ExposureChecks : public QObject
 {
+    Q_OBJECT
+
 public:
     // Starts over for the record. The view is held weakly; a check ends with it.
     void start(QQuickItem *view, const ZNTFeedAdDataPtr &record);
@@ -31,6 +33,10 @@ public:
     void forget();
 
     const QSet<QString> &reportedAdIds() const { return m_reportedAdIds; }
+
+Q_SIGNALS:
+    // Whoever hears of it may destroy the checks.
+    void seen(const ZNTFeedAdDataPtr &record);
 
 private:
     struct Check

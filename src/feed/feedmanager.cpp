@@ -32,8 +32,9 @@ public:
     }
 
     qsizetype take(const QList<ZNTFeedAdDataPtr> &records);
+    void followClick(const ZNTFeedAdData &ad);
 
-    AdFlow<ZNTFeedDelegate> flow;
+    AdFlow<ZNTFeedManager, ZNTFeedDelegate> flow;
     std::atomic<qint64> adCount = 1;
     QList<ZNTFeedAdDataPtr> loadedAdDataArray;
     ZNTFeedAdDataPtr adData;
@@ -45,6 +46,7 @@ ZNTFeedManager::ZNTFeedManager(QObject *parent)
     : QObject(parent)
     , d(std::make_unique<Private>(this))
 {
+    connect(&d->checks, &ExposureChecks::seen, this, &ZNTFeedManager::rendered);
     logInfo("Initialized ZNTFeedManager with default values");
 }
 
@@ -63,7 +65,8 @@ void ZNTFeedManager::loadAdData()
         [this](const QList<ZNTFeedAdDataPtr> &records) { return d->take(records); },
         [this] {
             // A copy: the host may load again in the call.
-            d->flow.notify(&ZNTFeedDelegate::feedAdDidLoad, loadedAdDataArray());
+            d->flow.notify(
+                &ZNTFeedDelegate::feedAdDidLoad, &ZNTFeedManager::loaded, loadedAdDataArray());
         });
 }
 
@@ -142,12 +145,15 @@ void ZNTFeedManager::deallocAllFeedProperty()
 void ZNTFeedManager::adViewDidClick()
 {
     logInfo("Feed ad clicked");
-    if (!d->flow.notify(&ZNTFeedDelegate::feedAdDidClick) || !d->adData)
-        return;
-    const ZNTFeedAdData &ad = *d->adData;
+    if (d->flow.notify(&ZNTFeedDelegate::feedAdDidClick, &ZNTFeedManager::clicked) && d->adData)
+        d->followClick(*d->adData);
+}
+
+void ZNTFeedManager::Private::followClick(const ZNTFeedAdData &ad)
+{
     reportClick({{}, ad.clickUrl3rd(), ad.dpEventUrls()},
         {.namesUrl = true, .closesClicks = true, .closesDpEvents = true});
-    d->flow.open({ad.deepLinkUrl(), ad.h5url()}, &ZNTFeedDelegate::feedAdDidCloseOtherController);
+    flow.open({ad.deepLinkUrl(), ad.h5url()}, &ZNTFeedDelegate::feedAdDidCloseOtherController);
 }
 
 void ZNTFeedManager::adViewDidClose()
@@ -155,7 +161,7 @@ void ZNTFeedManager::adViewDidClose()
     logInfo("Feed ad closed");
     if (d->adData)
         sendNegativeFeedback(d->adData->adId());
-    d->flow.notify(&ZNTFeedDelegate::feedAdDidClose);
+    d->flow.notify(&ZNTFeedDelegate::feedAdDidClose, &ZNTFeedManager::closed);
 }
 
 // The host must not be called in the middle of a view's move into its window, so it is notified
@@ -172,7 +178,7 @@ void ZNTFeedManager::adViewDidExposure(QQuickItem *view)
     auto *const arrived = qobject_cast<ZNTFeedAdView *>(view);
     const bool isWatched = arrived && arrived->takeArrival();
     const QPointer<QQuickItem> exposed(view);
-    if (!d->flow.notify(&ZNTFeedDelegate::feedAdDidVisible))
+    if (!d->flow.notify(&ZNTFeedDelegate::feedAdDidVisible, &ZNTFeedManager::appeared))
         return;
     if (exposed && d->adData && !isWatched)
         d->checks.start(exposed, d->adData);
@@ -197,7 +203,8 @@ QString ZNTFeedManager::mediaId() const
 
 void ZNTFeedManager::setMediaId(const QString &mediaId)
 {
-    d->flow.setMediaId(mediaId);
+    if (d->flow.setMediaId(mediaId))
+        Q_EMIT mediaIdChanged();
 }
 
 qint64 ZNTFeedManager::adCount() const
@@ -207,7 +214,8 @@ qint64 ZNTFeedManager::adCount() const
 
 void ZNTFeedManager::setAdCount(qint64 count)
 {
-    d->adCount = count;
+    if (d->adCount.exchange(count) != count)
+        Q_EMIT adCountChanged();
 }
 
 QList<ZNTFeedAdDataPtr> ZNTFeedManager::loadedAdDataArray() const

@@ -54,6 +54,8 @@ ZNTInterstitialAd::ZNTInterstitialAd(const QString &mediaId, QObject *parent)
 {
     d->mediaId = mediaId;
     d->countdown.setRemaining(secondsToClosable);
+    connect(&d->countdown, &Countdown::remainingChanged, this,
+        &ZNTInterstitialAd::remainingTimeChanged, Qt::QueuedConnection); // who hears may destroy it
     connect(&d->countdown, &Countdown::ticked, this, [this](qint64 remaining) {
         if (d->overlay)
             d->overlay->setRemaining(remaining);

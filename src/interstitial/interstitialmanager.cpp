@@ -37,16 +37,17 @@ public:
     qsizetype take(const Ad &taken);
     void autoCloseLater();
     QQuickItem *viewToWatch() const;
+    void reportExposure();
 
     ZNTInterstitialManager *const q;
-    AdFlow<ZNTInterstitialDelegate> flow;
+    AdFlow<ZNTInterstitialManager, ZNTInterstitialDelegate> flow;
     QPointer<QQuickItem> showAdController;
     double autoCloseTime = 0;
     LoadedAd ad;
     std::unique_ptr<ZNTInterstitialAd> interstitialAd;
     VisibilityWatch visibility{[this](VisibilityWatch::End how) {
         if (how == VisibilityWatch::End::Seen)
-            ad.reportExposure();
+            reportExposure();
     }};
 };
 
@@ -54,6 +55,7 @@ ZNTInterstitialManager::ZNTInterstitialManager(QObject *parent)
     : QObject(parent)
     , d(std::make_unique<Private>(this))
 {
+    d->flow.loadingChanged = [this] { d->flow.notifyLater([this] { Q_EMIT isLoadingChanged(); }); };
     logInfo("Initialized ZNTInterstitialManager with default values");
 }
 
@@ -74,7 +76,10 @@ void ZNTInterstitialManager::loadAdData()
     prepareQmlPart(QStringLiteral("InterstitialOverlay"));
     d->flow.request(
         readFirstAd, [this](const Ad &loaded) { return d->take(loaded); },
-        [this] { d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidLoad); });
+        [this] {
+            d->flow.notify(
+                &ZNTInterstitialDelegate::interstitialAdDidLoad, &ZNTInterstitialManager::loaded);
+        });
 }
 
 bool ZNTInterstitialManager::handleAdResponse(const QJsonValue &response)
@@ -104,6 +109,8 @@ void ZNTInterstitialManager::showInterstitialAd()
     d->visibility.stop();
     d->interstitialAd = std::make_unique<ZNTInterstitialAd>(mediaId());
     d->interstitialAd->setDelegate(this);
+    connect(d->interstitialAd.get(), &ZNTInterstitialAd::remainingTimeChanged, this,
+        &ZNTInterstitialManager::remainingTimeChanged);
     d->interstitialAd->setupWithAdData(d->ad.data());
     d->interstitialAd->showFromViewController(d->showAdController);
     if (d->autoCloseTime > 0)
@@ -126,7 +133,8 @@ void ZNTInterstitialManager::Private::autoCloseLater()
 void ZNTInterstitialManager::interstitialAdDidVisible()
 {
     logInfo("Interstitial ad became visible");
-    if (d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidVisible))
+    if (d->flow.notify(
+            &ZNTInterstitialDelegate::interstitialAdDidVisible, &ZNTInterstitialManager::appeared))
         d->visibility.start([this] { return d->viewToWatch(); });
 }
 
@@ -135,12 +143,22 @@ QQuickItem *ZNTInterstitialManager::Private::viewToWatch() const
     return interstitialAd && !ad.hasReportedExposure() ? interstitialAd->adView() : nullptr;
 }
 
+void ZNTInterstitialManager::Private::reportExposure()
+{
+    ad.reportExposure([manager = QPointer(q)] {
+        if (manager)
+            Q_EMIT manager->hasReportedExposureChanged();
+    });
+    Q_EMIT q->rendered();
+}
+
 // Click
 
 void ZNTInterstitialManager::interstitialAdDidClick()
 {
     logInfo("Interstitial ad was clicked");
-    if (!d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidClick))
+    if (!d->flow.notify(
+            &ZNTInterstitialDelegate::interstitialAdDidClick, &ZNTInterstitialManager::clicked))
         return;
     d->flow.open(
         d->ad.clickTarget(), &ZNTInterstitialDelegate::interstitialAdDidCloseOtherController);
@@ -155,7 +173,8 @@ void ZNTInterstitialManager::interstitialAdDidAutoClose(bool autoClose)
     logInfo("Interstitial ad %1", QLatin1String(autoClose ? "auto-closed" : "closed manually"));
     d->visibility.stop();
     d->ad.reportClose(&Ad::feedbackId);
-    d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidAutoClose, autoClose);
+    d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidAutoClose,
+        &ZNTInterstitialManager::closed, autoClose);
 }
 
 // Passed on
@@ -163,13 +182,15 @@ void ZNTInterstitialManager::interstitialAdDidAutoClose(bool autoClose)
 void ZNTInterstitialManager::interstitialAdDidLoad()
 {
     logInfo("Interstitial ad loaded successfully");
-    d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidLoad);
+    d->flow.notify(
+        &ZNTInterstitialDelegate::interstitialAdDidLoad, &ZNTInterstitialManager::loaded);
 }
 
 void ZNTInterstitialManager::interstitialAdDidCloseOtherController()
 {
     logInfo("Interstitial ad closed other controller");
-    d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidCloseOtherController);
+    d->flow.notify(&ZNTInterstitialDelegate::interstitialAdDidCloseOtherController,
+        &ZNTInterstitialManager::targetOpened);
 }
 
 // Properties
@@ -186,7 +207,8 @@ QString ZNTInterstitialManager::mediaId() const
 
 void ZNTInterstitialManager::setMediaId(const QString &mediaId)
 {
-    d->flow.setMediaId(mediaId);
+    if (d->flow.setMediaId(mediaId))
+        Q_EMIT mediaIdChanged();
 }
 
 QQuickItem *ZNTInterstitialManager::showAdController() const
@@ -196,7 +218,8 @@ QQuickItem *ZNTInterstitialManager::showAdController() const
 
 void ZNTInterstitialManager::setShowAdController(QQuickItem *controller)
 {
-    d->showAdController = controller;
+    if (std::exchange(d->showAdController, controller) != controller)
+        Q_EMIT showAdControllerChanged();
 }
 
 double ZNTInterstitialManager::autoCloseTime() const
@@ -206,7 +229,8 @@ double ZNTInterstitialManager::autoCloseTime() const
 
 void ZNTInterstitialManager::setAutoCloseTime(double seconds)
 {
-    d->autoCloseTime = seconds;
+    if (std::exchange(d->autoCloseTime, seconds) != seconds)
+        Q_EMIT autoCloseTimeChanged();
 }
 
 bool ZNTInterstitialManager::isLoading() const
@@ -217,6 +241,11 @@ bool ZNTInterstitialManager::isLoading() const
 bool ZNTInterstitialManager::hasReportedExposure() const
 {
     return d->ad.hasReportedExposure();
+}
+
+qint64 ZNTInterstitialManager::remainingTime() const
+{
+    return d->interstitialAd ? d->interstitialAd->remainingTime() : 0;
 }
 
 ZNTInterstitialAd *ZNTInterstitialManager::interstitialAd() const

@@ -50,7 +50,7 @@ public:
     void closed();
 
     ZNTSplashManager *const q;
-    AdFlow<ZNTSplashDelegate> flow;
+    AdFlow<ZNTSplashManager, ZNTSplashDelegate> flow;
     qint64 adStyle = 0;
     bool portrait = false;
     QPointer<QQuickItem> showAdController;
@@ -69,6 +69,10 @@ ZNTSplashManager::ZNTSplashManager(QObject *parent)
 {
     connect(&d->countdown, &Countdown::ticked, this,
         [this](qint64 remaining) { d->countdownTick(remaining); });
+    // Queued: whoever hears of it may destroy the manager.
+    connect(&d->countdown, &Countdown::remainingChanged, this,
+        &ZNTSplashManager::remainingTimeChanged, Qt::QueuedConnection);
+    connect(&d->scene, &SplashScene::bottomViewChanged, this, &ZNTSplashManager::bottomViewChanged);
     connect(&d->scene, &SplashScene::skipped, this, [this] { d->skipButtonClicked(); });
     connect(&d->scene, &SplashScene::closed, this, [this] { d->closed(); });
     logInfo("Initialized ZNTSplashManager with default values");
@@ -96,7 +100,7 @@ void ZNTSplashManager::Private::load()
     prepareQmlPart(qmlPartOf(splashStyle(adStyle)));
     flow.request(
         readFirstAd, [this](const Ad &loaded) { return take(loaded); },
-        [this] { flow.notify(&ZNTSplashDelegate::splashAdDidLoad); });
+        [this] { flow.notify(&ZNTSplashDelegate::splashAdDidLoad, &ZNTSplashManager::loaded); });
 }
 
 bool ZNTSplashManager::handleAdResponse(const QJsonValue &response)
@@ -131,8 +135,8 @@ void ZNTSplashManager::showSplashAdWithWindow(QQuickWindow *window)
     d->visibility.stop();
     d->countdown.stop();
     d->scene.show(d->createView(*d->ad.ad()), window);
-    if (!d->flow.notify(&ZNTSplashDelegate::splashAdDidVisible) || !d->scene.isShown()
-        || d->scene.isFading())
+    if (!d->flow.notify(&ZNTSplashDelegate::splashAdDidVisible, &ZNTSplashManager::appeared)
+        || !d->scene.isShown() || d->scene.isFading())
         return;
     d->visibility.start([this] { return d->viewToWatch(); });
     d->countdown.start(shownSeconds);
@@ -165,8 +169,11 @@ void ZNTSplashManager::Private::reportExposure()
 {
     if (!viewToWatch() || shareInWindow(scene.view()).value_or(0) < reportableShare)
         return;
-    ad.reportExposure();
-    flow.notify(&ZNTSplashDelegate::splashAdDidRender);
+    ad.reportExposure([manager = QPointer(q)] {
+        if (manager)
+            Q_EMIT manager->hasReportedExposureChanged();
+    });
+    flow.notify(&ZNTSplashDelegate::splashAdDidRender, &ZNTSplashManager::rendered);
 }
 
 // Click
@@ -175,7 +182,7 @@ void ZNTSplashManager::handleAdClick()
 {
     logInfo("Splash ad clicked");
     const ClickTarget target = d->ad.clickTarget();
-    if (!d->flow.notify(&ZNTSplashDelegate::handleAdClick))
+    if (!d->flow.notify(&ZNTSplashDelegate::handleAdClick, &ZNTSplashManager::clicked))
         return;
     reportClick(
         d->ad.tracking(), {.namesUrl = false, .closesClicks = false, .closesDpEvents = false});
@@ -221,7 +228,7 @@ void ZNTSplashManager::closeSplashAd()
 void ZNTSplashManager::Private::closed()
 {
     ad.forget();
-    if (flow.notify(&ZNTSplashDelegate::splashAdDidShowFinish))
+    if (flow.notify(&ZNTSplashDelegate::splashAdDidShowFinish, &ZNTSplashManager::closed))
         logInfo("Splash ad closed and cleaned up completely");
 }
 
@@ -239,7 +246,8 @@ QString ZNTSplashManager::mediaId() const
 
 void ZNTSplashManager::setMediaId(const QString &mediaId)
 {
-    d->flow.setMediaId(mediaId);
+    if (d->flow.setMediaId(mediaId))
+        Q_EMIT mediaIdChanged();
 }
 
 qint64 ZNTSplashManager::adStyle() const
@@ -250,7 +258,8 @@ qint64 ZNTSplashManager::adStyle() const
 void ZNTSplashManager::setAdStyle(qint64 style)
 {
     logInfo("Setting ad style to: %1", style);
-    d->adStyle = style;
+    if (std::exchange(d->adStyle, style) != style)
+        Q_EMIT adStyleChanged();
 }
 
 QQuickItem *ZNTSplashManager::bottomView() const
@@ -270,7 +279,8 @@ QQuickItem *ZNTSplashManager::showAdController() const
 
 void ZNTSplashManager::setShowAdController(QQuickItem *controller)
 {
-    d->showAdController = controller;
+    if (std::exchange(d->showAdController, controller) != controller)
+        Q_EMIT showAdControllerChanged();
 }
 
 bool ZNTSplashManager::portrait() const
@@ -280,7 +290,8 @@ bool ZNTSplashManager::portrait() const
 
 void ZNTSplashManager::setPortrait(bool portrait)
 {
-    d->portrait = portrait;
+    if (std::exchange(d->portrait, portrait) != portrait)
+        Q_EMIT portraitChanged();
 }
 
 ZNTSplashAdView *ZNTSplashManager::splashAdView() const

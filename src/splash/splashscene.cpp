@@ -48,6 +48,12 @@ void SplashScene::show(ZNTSplashAdView *view, QQuickWindow *window)
     layOver(view, window->contentItem(), m_shownBottomView);
 }
 
+void SplashScene::setBottomView(QQuickItem *view)
+{
+    if (std::exchange(m_bottomView, view) != view)
+        Q_EMIT bottomViewChanged();
+}
+
 void SplashScene::fadeOut()
 {
     if (isFading())
@@ -101,9 +107,11 @@ void SplashScene::endFade()
 void SplashScene::close()
 {
     endFade();
-    m_bottomView = nullptr;
     m_isShown = false;
-    Q_EMIT closed();
+    const QPointer<SplashScene> self(this);
+    setBottomView(nullptr);
+    if (self)
+        Q_EMIT closed();
 }
 
 } // namespace znt

@@ -22,7 +22,7 @@ public:
     ~SplashScene() override;
 
     // Counts from the next show on, at the height that it has then, and until that has been closed.
-    void setBottomView(QQuickItem *view) { m_bottomView = view; }
+    void setBottomView(QQuickItem *view);
     QQuickItem *bottomView() const { return m_bottomView; }
 
     // Owns the creative. The two views take the place of those before them and follow the window's
@@ -39,6 +39,7 @@ public:
 Q_SIGNALS:
     // The creative's skip button was used.
     void skipped();
+    void bottomViewChanged();
     // Faded out; the views are no longer in the window, and no bottom view is set.
     void closed();
 

@@ -1,6 +1,9 @@
 #include "support/countdown.h"
 
+#include <QPointer>
+
 #include <chrono>
+#include <utility>
 
 namespace znt {
 
@@ -10,17 +13,25 @@ Countdown::Countdown(QObject *parent)
     m_timer.setTimerType(Qt::PreciseTimer);
     m_timer.setInterval(std::chrono::seconds(1));
     connect(&m_timer, &QTimer::timeout, this, [this] {
-        --m_remaining;
-        if (m_remaining < 1)
+        if (m_remaining <= 1)
             stop();
-        Q_EMIT ticked(m_remaining);
+        const QPointer<Countdown> self(this);
+        setRemaining(m_remaining - 1);
+        if (self)
+            Q_EMIT ticked(m_remaining);
     });
 }
 
 void Countdown::start(qint64 seconds)
 {
-    m_remaining = seconds;
     m_timer.start();
+    setRemaining(seconds);
+}
+
+void Countdown::setRemaining(qint64 seconds)
+{
+    if (std::exchange(m_remaining, seconds) != seconds)
+        Q_EMIT remainingChanged();
 }
 
 void Countdown::stop()

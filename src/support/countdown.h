@@ -18,9 +18,10 @@ public:
     // Stops; what remains stays readable.
     void stop();
     qint64 remaining() const { return m_remaining; }
-    void setRemaining(qint64 seconds) { m_remaining = seconds; }
+    void setRemaining(qint64 seconds);
 
 Q_SIGNALS:
+    void remainingChanged();
     // A second has passed. At 0 the countdown has stopped already.
     void ticked(qint64 remaining);
 
