@@ -18,6 +18,8 @@ for format in splash interstitial feed; do
     may[$format]="${may[ads]} $format"
 done
 
+may[qml]="${may[ads]} splash interstitial feed qml"
+
 status=0
 complain() { echo "$*"; status=1; }
 

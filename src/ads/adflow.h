@@ -142,10 +142,15 @@ public:
     // Opens where a click leads, then calls the method.
     void open(const ClickTarget &target, void (Delegate::*didClose)())
     {
-        openClickTarget(target, [this, didClose, manager = QPointer<QObject>(m_manager)] {
+        openClickTarget(target, opened(didClose));
+    }
+    // Calls the method if the manager is still there.
+    std::function<void()> opened(void (Delegate::*didClose)())
+    {
+        return [this, didClose, manager = QPointer<QObject>(m_manager)] {
             if (manager)
                 notify(didClose, &Manager::targetOpened);
-        });
+        };
     }
 
 private:

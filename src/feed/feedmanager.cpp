@@ -2,8 +2,8 @@
 
 #include "ads/adflow.h"
 #include "ads/negativefeedback.h"
-#include "ads/tracking.h"
 #include "feed/exposurechecks.h"
+#include "feed/feedclick.h"
 #include "feed/feedrecords.h"
 #include "feed/templates.h"
 #include "ui/qmlpart.h"
@@ -32,7 +32,6 @@ public:
     }
 
     qsizetype take(const QList<ZNTFeedAdDataPtr> &records);
-    void followClick(const ZNTFeedAdData &ad);
 
     AdFlow<ZNTFeedManager, ZNTFeedDelegate> flow;
     std::atomic<qint64> adCount = 1;
@@ -146,14 +145,7 @@ void ZNTFeedManager::adViewDidClick()
 {
     logInfo("Feed ad clicked");
     if (d->flow.notify(&ZNTFeedDelegate::feedAdDidClick, &ZNTFeedManager::clicked) && d->adData)
-        d->followClick(*d->adData);
-}
-
-void ZNTFeedManager::Private::followClick(const ZNTFeedAdData &ad)
-{
-    reportClick({{}, ad.clickUrl3rd(), ad.dpEventUrls()},
-        {.namesUrl = true, .closesClicks = true, .closesDpEvents = true});
-    flow.open({ad.deepLinkUrl(), ad.h5url()}, &ZNTFeedDelegate::feedAdDidCloseOtherController);
+        followClick(*d->adData, d->flow.opened(&ZNTFeedDelegate::feedAdDidCloseOtherController));
 }
 
 void ZNTFeedManager::adViewDidClose()

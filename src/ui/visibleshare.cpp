@@ -162,12 +162,30 @@ bool isCulledFrom(const QQuickItem *itemView, const QQuickItem *row, const QPoin
     return beyond && !is("headerItem") && !is("footerItem");
 }
 
+// A row that its view keeps for later use stays where it was.
+bool isPooled(const QQuickItem *itemView, const QQuickItem *row)
+{
+    if (!itemView->property("reuseItems").toBool())
+        return false;
+    auto *const view = const_cast<QQuickItem *>(itemView);
+    const QPointF centre = row->position() + row->boundingRect().center();
+    int index = -1;
+    QMetaObject::invokeMethod(view, "indexAt", Q_RETURN_ARG(int, index), Q_ARG(qreal, centre.x()),
+        Q_ARG(qreal, centre.y()));
+    QQuickItem *held = nullptr;
+    QMetaObject::invokeMethod(
+        view, "itemAtIndex", Q_RETURN_ARG(QQuickItem *, held), Q_ARG(int, index));
+    return index >= 0 && held != row;
+}
+
 bool isCulled(const QQuickItem *row)
 {
     const QQuickItem *content = row->parentItem();
     const QQuickItem *view = content ? content->parentItem() : nullptr;
     if (!view || !(view->flags() & QQuickItem::ItemIsViewport))
         return false;
+    if (isItemView(view) && isPooled(view, row))
+        return true;
     const QPointF position = row->position() + content->position();
     const bool isInside = !isOutside(position.x(), row->width(), view->width())
         && !isOutside(position.y(), row->height(), view->height());
