@@ -1,36 +1,60 @@
-// A list of articles with an ad after each.
+// A splash ad at the start, feed ads between the articles, an interstitial before an article.
 import QtQuick
+import ZNTAds
 
 Window {
-    id: window
-
-    required property var ads
-
     width: 375
     height: 812
     visible: true
     title: "A QML host"
 
+    SplashAd {
+        mediaId: "splash"
+        showWhenLoaded: true
+        Component.onCompleted: load()
+    }
+    InterstitialAd {
+        id: interstitial
+        mediaId: "interstitial"
+        Component.onCompleted: load()
+    }
+    FeedAds {
+        id: ads
+        mediaId: "feed"
+        adCount: 9
+        Component.onCompleted: load()
+    }
+    ListModel {
+        id: articles
+        Component.onCompleted: {
+            for (let i = 1; i <= 50; ++i)
+                append({ title: "Article " + i })
+        }
+    }
+
     ListView {
         anchors.fill: parent
-        model: window.ads
-        delegate: Column {
-            required property int index
-
+        clip: true
+        model: FeedAdPlacer { sourceModel: articles; ads: ads; interval: 4 }
+        delegate: Item {
+            id: row
+            required property var model
             width: ListView.view.width
+            height: model.isAd ? ad.height : 64
 
             Text {
-                width: parent.width
-                height: 64
-                leftPadding: 12
+                anchors { fill: parent; leftMargin: 12 }
                 verticalAlignment: Text.AlignVCenter
                 font.pixelSize: 20
-                text: "Article " + (parent.index + 1)
+                text: row.model.title ?? ""
+                TapHandler { onTapped: if (interstitial.ready) interstitial.show() }
             }
-            Item {
+            FeedAd {
+                id: ad
                 width: parent.width
-                height: 200
-                Component.onCompleted: window.ads.place(parent.index, this)
+                height: implicitHeight
+                adData: row.model.adData
+                onClosed: ads.remove(adData)
             }
         }
     }

@@ -1,6 +1,5 @@
-// A host in QML: a splash ad at the start, over a list with feed ads.
+// A host in QML: all that it needs of C++.
 #include "../sandbox.h"
-#include "ads.h"
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
@@ -16,12 +15,6 @@ int main(int argc, char *argv[])
     ZNTAdsSDK::registerWithAppId(
         QStringLiteral("demo-app"), QStringLiteral("demo-media"), QStringLiteral("demo-secret"));
 
-    Ads ads;
-    QQmlApplicationEngine engine;
-    engine.setInitialProperties({{QStringLiteral("ads"), QVariant::fromValue(&ads)}});
-    engine.load(QUrl(QStringLiteral("qrc:/Main.qml")));
-    if (engine.rootObjects().isEmpty())
-        return 1;
-    ads.start(qobject_cast<QQuickWindow *>(engine.rootObjects().constFirst()));
-    return QGuiApplication::exec();
+    const QQmlApplicationEngine engine(QUrl(QStringLiteral("qrc:/Main.qml")));
+    return engine.rootObjects().isEmpty() ? 1 : QGuiApplication::exec();
 }

@@ -174,7 +174,7 @@ bool isPooled(const QQuickItem *itemView, const QQuickItem *row)
         Q_ARG(qreal, centre.y()));
     QQuickItem *held = nullptr;
     QMetaObject::invokeMethod(
-        view, "itemAtIndex", Q_RETURN_ARG(QQuickItem *, held), Q_ARG(int, index));
+        view, "itemAtIndex", QReturnArgument<QQuickItem *>("QQuickItem*", held), Q_ARG(int, index));
     return index >= 0 && held != row;
 }
 
