@@ -13,10 +13,10 @@
 ///
 /// Every method may be called from any thread, also before QCoreApplication exists. Lines of one
 /// thread keep their order; lines of several are interleaved whole. Files are
-/// "Documents/Logs/yyyy-MM-dd.log", on a desktop the user's, which applications share; none is ever
-/// removed. They are written about once a second or when 65,536 UTF-16 units wait.
-/// No call waits for the disk: lines wait in memory, and all are written when the process exits
-/// normally. A process made by fork() writes nothing.
+/// "Documents/Logs/yyyy-MM-dd.log", on a desktop the user's, which applications share; none is
+/// removed, unless the host chooses otherwise. They are written about once a second or when 65,536
+/// UTF-16 units wait. No call waits for the disk: lines wait in memory, and all are written when
+/// the process exits normally. A process made by fork() writes nothing.
 class ZNTADS_EXPORT ZNTLogManager
 {
 public:
@@ -26,6 +26,19 @@ public:
 
     /// The logger. It lives until the process ends, and what was logged before that is written.
     static ZNTLogManager *sharedInstance();
+
+    /// Chooses another folder for the log files, which is made where it is missing; empty for the
+    /// default. Counts only before the logger is first used, and so before a manager is made or the
+    /// host registers.
+    /// @return whether it counts
+    static bool setLogDirectory(const QString &folder);
+    /// How many days of log files to keep, today included: when the logger opens its file it
+    /// removes older ones of that folder, as their names tell. 0 or less, the default, keeps all.
+    /// Counts only before the logger is first used.
+    /// @return whether it counts
+    static bool setDaysKept(int days);
+    /// Whether errors are reported to the server, the host's own included; on until set otherwise.
+    static void setErrorReportsEnabled(bool enabled);
 
     /// Writes @p message at level "INFO"; nothing when logging is off. A null message is "(null)".
     void logInfo(const QString &message);

@@ -11,9 +11,13 @@
 #include <QDateTime>
 #include <QGuiApplication>
 
+#include <atomic>
+
 namespace znt {
 
 namespace {
+
+std::atomic<bool> isEnabled = true;
 
 // Without one Qt gives the application's name, which is that of the executable by default.
 QString displayName()
@@ -74,8 +78,15 @@ void writeResult(const HttpAnswer &answer)
 
 } // namespace
 
+void setErrorReportsEnabled(bool enabled)
+{
+    isEnabled = enabled;
+}
+
 void reportError(const QString &summary, const QString &details)
 {
+    if (!isEnabled)
+        return;
     const qint64 time = QDateTime::currentMSecsSinceEpoch();
     onMainThread([time, summary, details] {
         const HttpRequest request{

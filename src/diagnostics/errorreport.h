@@ -7,5 +7,7 @@ namespace znt {
 
 // From any thread. A null text is left out. Sent once, or not at all without an application object.
 void reportError(const QString &summary, const QString &details);
+// From any thread; on until set otherwise.
+void setErrorReportsEnabled(bool enabled);
 
 } // namespace znt

@@ -1,5 +1,6 @@
 #include "diagnostics/logfile.h"
 
+#include <QDate>
 #include <QDir>
 #include <QFileInfo>
 
@@ -11,8 +12,9 @@
 
 namespace znt {
 
-LogFile::LogFile(const QString &path)
+LogFile::LogFile(const QString &path, int daysKept)
     : m_file(path)
+    , m_daysKept(daysKept)
 {
 }
 
@@ -25,6 +27,19 @@ void LogFile::open()
         return;
     QDir().mkpath(QFileInfo(m_file).path());
     m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
+    if (m_daysKept > 0)
+        removeOld();
+}
+
+void LogFile::removeOld() const
+{
+    const QDate first = QDate::currentDate().addDays(1 - m_daysKept);
+    QDir folder(QFileInfo(m_file).path());
+    for (const QString &name : folder.entryList({QStringLiteral("*-*-*.log")}, QDir::Files)) {
+        const QDate date = QDate::fromString(name.chopped(4), Qt::ISODate);
+        if (date.isValid() && date < first)
+            folder.remove(name);
+    }
 }
 
 void LogFile::append(const QByteArray &text)

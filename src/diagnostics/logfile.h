@@ -12,16 +12,19 @@ namespace znt {
 class LogFile
 {
 public:
-    explicit LogFile(const QString &path);
+    LogFile(const QString &path, int daysKept);
 
-    // Makes the folder and the file where they are missing.
+    // Makes the folder and the file where they are missing, and removes files of older days.
     void open();
     void append(const QByteArray &text);
     void sync();
     std::optional<ZNTError> copyTo(const QString &destination) const;
 
 private:
+    void removeOld() const;
+
     QFile m_file;
+    const int m_daysKept;
 };
 
 } // namespace znt

@@ -4,6 +4,7 @@
 #include "diagnostics/log.h"
 #include "diagnostics/logwriter.h"
 #include "support/devicefacts.h"
+#include "support/mainthread.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -14,11 +15,39 @@
 
 namespace {
 
+// What the host may choose before the logger is made.
+struct Choices
+{
+    std::mutex mutex;
+    bool isMade = false;
+    QString folder;
+    int daysKept = 0;
+};
+
+Choices &choices()
+{
+    return znt::neverDestroyed<Choices>();
+}
+
+// Whether it is early enough for the choice.
+template <class Value>
+bool choose(Value Choices::*choice, const Value &value)
+{
+    Choices &made = choices();
+    const std::lock_guard lock(made.mutex);
+    if (!made.isMade)
+        made.*choice = value;
+    return !made.isMade;
+}
+
 QString pathOfToday()
 {
-    return QStringLiteral("%1/Logs/%2.log")
-        .arg(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
-            QDate::currentDate().toString(Qt::ISODate));
+    const QString &chosen = choices().folder;
+    const QString folder = chosen.isEmpty()
+        ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
+            + QStringLiteral("/Logs")
+        : chosen;
+    return QStringLiteral("%1/%2.log").arg(folder, QDate::currentDate().toString(Qt::ISODate));
 }
 
 QString exportPath()
@@ -46,7 +75,7 @@ public:
 
     const QString path = pathOfToday();
     std::atomic<bool> enabled = false;
-    znt::LogWriter writer{path};
+    znt::LogWriter writer{path, choices().daysKept};
 
     std::mutex idMutex;
     QString appId;
@@ -57,6 +86,10 @@ ZNTLogManager *ZNTLogManager::sharedInstance()
 {
     // Never destroyed: static destructors and late threads may still log.
     static ZNTLogManager *const instance = [] {
+        {
+            const std::lock_guard lock(choices().mutex);
+            choices().isMade = true;
+        }
         auto *manager = new ZNTLogManager;
         std::atexit([] { sharedInstance()->d->writer.finish(); });
         return manager;
@@ -70,6 +103,21 @@ ZNTLogManager::ZNTLogManager()
 }
 
 ZNTLogManager::~ZNTLogManager() = default;
+
+bool ZNTLogManager::setLogDirectory(const QString &folder)
+{
+    return choose(&Choices::folder, folder);
+}
+
+bool ZNTLogManager::setDaysKept(int days)
+{
+    return choose(&Choices::daysKept, days);
+}
+
+void ZNTLogManager::setErrorReportsEnabled(bool enabled)
+{
+    znt::setErrorReportsEnabled(enabled);
+}
 
 void ZNTLogManager::logInfo(const QString &message)
 {

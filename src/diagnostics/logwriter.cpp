@@ -85,8 +85,8 @@ QStringView LineStart::at(qint64 time)
     return {m_text, 26};
 }
 
-LogWriter::LogWriter(const QString &path)
-    : m_file(path)
+LogWriter::LogWriter(const QString &path, int daysKept)
+    : m_file(path, daysKept)
     , m_thread(QThread::create([this] { run(); }))
 {
 #ifdef Q_OS_UNIX

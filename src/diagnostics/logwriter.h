@@ -34,7 +34,8 @@ class LogWriter
 public:
     using Work = std::function<void(LogFile &)>;
 
-    explicit LogWriter(const QString &path);
+    // Of old log files beside the path, that many days are kept; 0 or less keeps all.
+    LogWriter(const QString &path, int daysKept);
     Q_DISABLE_COPY_MOVE(LogWriter)
 
     // From any thread; takes no longer than copying the line.

@@ -96,6 +96,17 @@ private slots:
         QCOMPARE(report, expected);
     }
 
+    void isSilentWhenAskedTo()
+    {
+        ZNTLogManager::setErrorReportsEnabled(false);
+        logger()->reportErrorWithSummary("summary", "details");
+        logger()->logError("unreported");
+        ZNTLogManager::setErrorReportsEnabled(true);
+        logger()->logError("reported");
+        QTRY_COMPARE(m_exchange.hits(path), 1);
+        QCOMPARE(nextReport().value(u"errorSummary"), "reported");
+    }
+
     void leavesOutWhatIsMissing()
     {
         logger()->reportErrorWithSummary("", QString());

@@ -46,6 +46,15 @@ int runChild(const QByteArray &ending)
 {
     if (ending == "late")
         std::atexit([] { logger()->logInfo("last"); }); // runs after the logger's own
+    if (ending == "elsewhere") {
+        const QString home = qEnvironmentVariable("HOME");
+        const bool counts =
+            ZNTLogManager::setLogDirectory(home + "/mine/logs") && ZNTLogManager::setDaysKept(2);
+        logger()->setLogEnabled(true);
+        logger()->logInfo("last");
+        return counts && !ZNTLogManager::setDaysKept(1) && !ZNTLogManager::setLogDirectory({}) ? 0
+                                                                                               : 1;
+    }
     logger()->setLogEnabled(true);
     logFromAllThreads();
     if (ending == "fork") {
@@ -77,10 +86,8 @@ class tst_logger : public QObject
     Q_OBJECT
 
 private:
-    static void endsWith(const QString &ending)
+    static void start(QProcess &child, const QTemporaryDir &home, const QString &ending)
     {
-        const QTemporaryDir home;
-        QProcess child;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("HOME", home.path());
         environment.insert("TMPDIR", home.path());
@@ -90,7 +97,12 @@ private:
         child.setProcessEnvironment(environment);
         child.start(QCoreApplication::applicationFilePath(), {});
         QVERIFY2(child.waitForFinished(60'000) && child.exitCode() == 0, qPrintable(ending));
-
+    }
+    static void endsWith(const QString &ending)
+    {
+        const QTemporaryDir home;
+        QProcess child;
+        start(child, home, ending);
         const QDir logs(home.filePath("Documents/Logs"));
         const QByteArray text = contents(logs.filePath(logs.entryList(QDir::Files).value(0)));
         // The console has had the same lines.
@@ -215,6 +227,26 @@ private slots:
     }
 
     // Standard error is a pipe that nobody reads, or has closed; the log file is one.
+    void keepsSomeDaysInTheHostsFolder()
+    {
+        const QTemporaryDir home;
+        const QDir logs(home.filePath("mine/logs"));
+        QVERIFY(QDir().mkpath(logs.path()));
+        const QString yesterday = QDate::currentDate().addDays(-1).toString(Qt::ISODate) + ".log";
+        const QString today = QDate::currentDate().toString(Qt::ISODate) + ".log";
+        for (const QString &name : {yesterday, QString("2020-01-01.log"), QString("2020-99-99.log"),
+                 QString("mine.log")}) {
+            QFile file(logs.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        QProcess child;
+        start(child, home, "elsewhere");
+        QCOMPARE(logs.entryList(QDir::Files, QDir::Name),
+            (QStringList{"2020-99-99.log", yesterday, today, "mine.log"}));
+        QVERIFY(contents(logs.filePath(today)).endsWith("last\n"));
+        QVERIFY(!QDir(home.filePath("Documents")).exists());
+    }
+
     void endsThoughNobodyReads()
     {
         const QByteArray today = QDate::currentDate().toString(Qt::ISODate).toUtf8();
