@@ -22,6 +22,8 @@ install(FILES ${module_dir}/qmldir ${module_dir}/ZNTAds.qmltypes ${qml_files}
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/qt6/qml/ZNTAds
 )
 
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/translations DESTINATION ${CMAKE_INSTALL_DATADIR}/ZNTAds)
+
 install(EXPORT ZNTAdsTargets NAMESPACE ZNTAds:: DESTINATION ${package_dir})
 if(NOT BUILD_SHARED_LIBS)
     get_property(linked_qt TARGET ZNTAds PROPERTY ZNTADS_LINKED_QT)

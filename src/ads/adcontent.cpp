@@ -3,6 +3,8 @@
 #include "model/ad.h"
 #include "net/remoteimage.h"
 
+#include <QCoreApplication>
+
 namespace znt {
 
 namespace {
@@ -12,7 +14,7 @@ constexpr qsizetype maximumShownLength = 300;
 } // namespace
 
 AdContent::AdContent()
-    : m_source(QStringLiteral("广告"))
+    : m_source(QCoreApplication::translate("ZNTAds", "广告"))
     , m_setup(std::make_unique<QObject>())
 {
 }
@@ -32,7 +34,8 @@ void AdContent::setText(const QString &text)
 
 void AdContent::setSource(const QString &source)
 {
-    m_source = source.isEmpty() ? QStringLiteral("广告") : shortened(source, maximumShownLength);
+    m_source = source.isEmpty() ? QCoreApplication::translate("ZNTAds", "广告")
+                                : shortened(source, maximumShownLength);
     Q_EMIT changed();
 }
 

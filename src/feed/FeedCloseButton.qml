@@ -10,5 +10,5 @@ Button {
     fontSize: 16
     backgroundColor: "#4D000000"
     cornerRadius: 11
-    Accessible.name: "关闭广告"
+    Accessible.name: qsTranslate("ZNTAds", "关闭广告")
 }

@@ -32,7 +32,7 @@ FeedAdView {
         y: adImageView.y + adImageView.height + 8
         width: root.width - 24
         height: 44
-        text: root.content.text || "广告标题文本"
+        text: root.content.text || qsTranslate("ZNTAds", "广告标题文本")
     }
 
     Label {
@@ -50,6 +50,6 @@ FeedAdView {
     Button {
         objectName: "actionButton"
         hidden: true
-        text: "查看详情"
+        text: qsTranslate("ZNTAds", "查看详情")
     }
 }

@@ -12,7 +12,7 @@ FeedAdView {
         y: mainImageView.y + mainImageView.height + 15
         width: root.width - 30
         height: Math.min(implicitHeight, 40)
-        text: root.content.text || "广告标题"
+        text: root.content.text || qsTranslate("ZNTAds", "广告标题")
     }
 
     FeedPicture {

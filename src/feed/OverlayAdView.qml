@@ -49,7 +49,7 @@ FeedAdView {
                 textColor: "white"
                 fontSize: 15
                 lines: 1
-                text: root.content.text || "广告标题"
+                text: root.content.text || qsTranslate("ZNTAds", "广告标题")
             }
 
             Button {
@@ -58,7 +58,7 @@ FeedAdView {
                 y: 7.5
                 width: 70
                 height: 30
-                text: "查看详情"
+                text: qsTranslate("ZNTAds", "查看详情")
                 fontSize: 13
                 backgroundColor: "#0A84FF"
                 cornerRadius: 15

@@ -12,7 +12,7 @@ FeedAdView {
         y: 12
         width: root.width - 124
         height: 44
-        text: root.content.text || "广告标题文本"
+        text: root.content.text || qsTranslate("ZNTAds", "广告标题文本")
     }
 
     FeedPicture {

@@ -32,7 +32,7 @@ FeedAdView {
         y: 12
         width: root.width - root.height - 24
         height: root.height - 24
-        text: root.content.text || "广告标题文本"
+        text: root.content.text || qsTranslate("ZNTAds", "广告标题文本")
     }
 
     FeedCloseButton {

@@ -71,7 +71,7 @@ Item {
                 alignment: Text.AlignHCenter
                 fontSize: 10
                 textColor: "white"
-                text: "广告"
+                text: qsTranslate("ZNTAds", "广告")
             }
 
             Item {
@@ -106,7 +106,7 @@ Item {
                     cornerRadius: 4
                     clip: true
                     fontSize: 12
-                    text: "查看详情"
+                    text: qsTranslate("ZNTAds", "查看详情")
                     onClicked: root.part.tap()
 
                     KeyNavigation.tab: skipButton.clickable ? skipButton : detailButton
@@ -142,7 +142,7 @@ Item {
             fontSize: 13
             text: root.view.closeTitle
             clickable: root.view.closable
-            Accessible.name: "关闭"
+            Accessible.name: qsTranslate("ZNTAds", "关闭")
             onClicked: root.part.close()
 
             KeyNavigation.tab: detailButton

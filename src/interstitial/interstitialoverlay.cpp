@@ -1,5 +1,7 @@
 #include "interstitial/interstitialoverlay.h"
 
+#include <QCoreApplication>
+
 namespace znt {
 
 namespace {
@@ -10,7 +12,7 @@ constexpr qreal distance = 10;
 QString textOf(const Ad &ad)
 {
     const QString text = randomText(ad, {QStringLiteral("TXT"), QStringLiteral("TITLE")});
-    return text.isEmpty() ? QStringLiteral("广告内容") : text;
+    return text.isEmpty() ? QCoreApplication::translate("ZNTAds", "广告内容") : text;
 }
 
 qreal moved(qreal at, qreal length, qreal from, qreal to)
@@ -63,7 +65,8 @@ void InterstitialOverlay::setDismissed()
 
 QString InterstitialOverlay::closeTitle() const
 {
-    return isClosable() ? QStringLiteral("关闭") : QString::number(m_remaining);
+    return isClosable() ? QCoreApplication::translate("ZNTAds", "关闭")
+                        : QString::number(m_remaining);
 }
 
 QPointF InterstitialOverlay::reachable(const QRectF &frame, const QRectF &area)

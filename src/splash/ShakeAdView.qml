@@ -53,7 +53,7 @@ SplashCreative {
             alignment: Text.AlignHCenter
             fontSize: 15
             textColor: "#FFFFFF"
-            text: "摇一摇或点击图标\n跳转详情页或第三方应用"
+            text: qsTranslate("ZNTAds", "摇一摇或点击图标\n跳转详情页或第三方应用")
         }
     }
 }

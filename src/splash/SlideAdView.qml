@@ -33,7 +33,7 @@ SplashCreative {
             alignment: Text.AlignHCenter
             fontSize: 14
             textColor: "#FFFFFF"
-            text: root.content.hasPicture ? "滑动屏幕或点击图标" : ""
+            text: root.content.hasPicture ? qsTranslate("ZNTAds", "滑动屏幕或点击图标") : ""
         }
 
         Label {
@@ -44,7 +44,7 @@ SplashCreative {
             alignment: Text.AlignHCenter
             fontSize: 14
             textColor: "#FFFFFF"
-            text: root.content.hasPicture ? "跳转详情页或第三方应用" : ""
+            text: root.content.hasPicture ? qsTranslate("ZNTAds", "跳转详情页或第三方应用") : ""
         }
     }
 

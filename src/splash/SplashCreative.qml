@@ -25,7 +25,7 @@ Item {
     KeyNavigation.tab: ground
     KeyNavigation.backtab: skipButton
     Accessible.role: Accessible.Dialog
-    Accessible.name: "广告"
+    Accessible.name: qsTranslate("ZNTAds", "广告")
 
     InputBlocker {
         id: ground
@@ -112,7 +112,7 @@ Item {
             alignment: Text.AlignHCenter
             fontSize: 14
             textColor: Qt.rgba(0.5, 0.5, 0.5, 1)
-            text: "查看详情"
+            text: qsTranslate("ZNTAds", "查看详情")
         }
     }
 
@@ -146,7 +146,7 @@ Item {
         onClicked: root.part.close()
 
         KeyNavigation.tab: ground
-        Accessible.name: "跳过"
+        Accessible.name: qsTranslate("ZNTAds", "跳过")
     }
 
     Label {

@@ -17,7 +17,8 @@ SplashCreative {
         alignment: Text.AlignHCenter
         fontSize: 14
         textColor: "#FFFFFF"
-        text: root.content.hasPicture || root.content.isVideo ? "点击跳转详情页或第三方应用" : ""
+        text: root.content.hasPicture || root.content.isVideo
+            ? qsTranslate("ZNTAds", "点击跳转详情页或第三方应用") : ""
     }
 
     Button {
@@ -29,6 +30,6 @@ SplashCreative {
         onClicked: root.part.tap()
 
         KeyNavigation.tab: root.skipButton
-        Accessible.name: "点击跳转详情页或第三方应用"
+        Accessible.name: qsTranslate("ZNTAds", "点击跳转详情页或第三方应用")
     }
 }

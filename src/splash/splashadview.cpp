@@ -79,8 +79,8 @@ void ZNTSplashAdView::setupWithVideoUrl(const QString &videoUrl, const QString &
 
 void ZNTSplashAdView::updateSkipButtonWithTime(qint64 seconds)
 {
-    d->content.setSkipTitle(
-        seconds >= 1 ? QStringLiteral("%1s").arg(seconds) : QStringLiteral("跳过"));
+    d->content.setSkipTitle(seconds >= 1 ? QCoreApplication::translate("ZNTAds", "%1s").arg(seconds)
+                                         : QCoreApplication::translate("ZNTAds", "跳过"));
 }
 
 QQuickItem *ZNTSplashAdView::skipButton() const

@@ -10,6 +10,8 @@
 #include "ui/qmlpart.h"
 #include "ui/visibleshare.h"
 
+#include <QCoreApplication>
+
 using namespace znt;
 
 namespace {
@@ -149,7 +151,7 @@ ZNTSplashAdView *ZNTSplashManager::Private::createView(const Ad &shown) const
     logInfo("Creating splash ad view with style: %1", adStyle);
     QString tip = randomText(shown, {QStringLiteral("TXT")});
     if (tip.isNull())
-        tip = QStringLiteral("点击查看详情");
+        tip = QCoreApplication::translate("ZNTAds", "点击查看详情");
     logInfo("source: %1, sourceLogo: %2", shown.source, shown.sourceLogo);
     logInfo("Creating %1 ad view", splashStyle(adStyle).name);
     ZNTSplashAdView *view = createAdViewWithStyle(adStyle);

@@ -11,6 +11,7 @@
 #include <QQmlEngine>
 #include <QRandomGenerator>
 #include <QStandardItemModel>
+#include <QTranslator>
 
 using namespace znt;
 using namespace znt::test;
@@ -208,6 +209,34 @@ private slots:
         QVERIFY(!ad.manager() && ad.adId() == "2");
         item->adView()->adViewTapped();
         item->setAd({});
+    }
+
+    // Whatever the user sees or hears of an ad that brings no texts of its own.
+    void textsAreTheTranslators()
+    {
+        struct Bracketed : QTranslator
+        {
+            QString translate(
+                const char *context, const char *text, const char *, int) const override
+            {
+                return qstrcmp(context, "ZNTAds") == 0 ? QString("[%1]").arg(text) : QString();
+            }
+            bool isEmpty() const override { return false; }
+        } translator;
+        QCoreApplication::installTranslator(&translator);
+        create("ZNTOverlayAdView { objectName: 'feed'; width: 300; height: 200 }"
+               "ZNTSlideAdView { objectName: 'splash'; width: 300; height: 500 }");
+        find<ZNTFeedAdView>("feed")->setupWithAdsData(std::make_shared<ZNTFeedAdData>());
+        QStringList texts;
+        for (const QObject *object : window->findChildren<QObject *>()) {
+            const QString text = object->property("text").toString();
+            if (!text.isEmpty() && text != u"×")
+                texts.append(text);
+        }
+        QCoreApplication::removeTranslator(&translator);
+        QVERIFY(texts.contains("[广告标题]") && texts.contains("[查看详情]"));
+        for (const QString &text : std::as_const(texts))
+            QVERIFY2(text.startsWith('['), qPrintable(text));
     }
 
     // The placer against plain arithmetic, while source and ads change at random.
