@@ -39,7 +39,8 @@ void ZNTFeedAdView::createPart()
     if (d->part)
         return;
     d->part = std::make_unique<QmlPart>(this, d->partName,
-        QVariantMap{{QStringLiteral("content"), QVariant::fromValue(&d->content)}});
+        QVariantMap{{QStringLiteral("view"), QVariant::fromValue<QObject *>(this)},
+            {QStringLiteral("content"), QVariant::fromValue(&d->content)}});
     connect(d->part.get(), &QmlPart::tapped, this, &ZNTFeedAdView::tapped);
     connect(d->part.get(), &QmlPart::closeRequested, this, &ZNTFeedAdView::closeRequested);
     if (!d->part->root())

@@ -29,7 +29,8 @@ qreal moved(qreal at, qreal length, qreal from, qreal to)
 InterstitialOverlay::InterstitialOverlay(const Ad &ad, QQuickItem *screen)
     : m_covering(this)
     , m_part(this, QStringLiteral("InterstitialOverlay"),
-          {{QStringLiteral("content"), QVariant::fromValue(&m_content)}})
+          {{QStringLiteral("view"), QVariant::fromValue<QObject *>(this)},
+              {QStringLiteral("content"), QVariant::fromValue(&m_content)}})
     , m_containerView(m_part.subview("containerView"))
     , m_adImageView(m_part.subview("adImageView"))
 {

@@ -20,7 +20,7 @@ SplashCreative {
     View {
         objectName: "slideHintView"
         x: (root.width - 200) / 2
-        y: root.height - root.view.safeBottom - 50 - 45
+        y: root.height - root.content.safeBottom - 50 - 45
         width: 200
         height: 50
 
@@ -55,7 +55,7 @@ SplashCreative {
 
         ImageView {
             objectName: "bgImageView"
-            y: root.height - height / 2 - root.view.safeBottom
+            y: root.height - height / 2 - root.content.safeBottom
             width: root.width
             height: arc.naturalSize.height > 0 ? root.width / (arc.naturalSize.width / arc.naturalSize.height) : 0
             contentMode: "scaleToFill"

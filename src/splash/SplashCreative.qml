@@ -6,7 +6,6 @@ import ZNTAds
 Item {
     id: root
 
-    required property ZNTSplashAdView view
     required property SplashContent content
     required property QmlPart part
     readonly property alias skipButton: skipButton
@@ -135,7 +134,7 @@ Item {
         id: skipButton
         objectName: "skipButton"
         x: root.width - 30 - 15
-        y: root.view.safeTop + 15
+        y: root.content.safeTop + 15
         width: 30
         height: 30
         backgroundColor: Qt.rgba(0, 0, 0, 0.5)
@@ -152,7 +151,7 @@ Item {
     Label {
         objectName: "adLabel"
         x: root.width - 36 - 12
-        y: root.height - 18 - 12 - root.view.safeBottom
+        y: root.height - 18 - 12 - root.content.safeBottom
         width: 36
         height: 18
         hidden: root.content.isVideo || root.content.hasLogo
@@ -168,7 +167,7 @@ Item {
     ImageView {
         objectName: "logoImageView"
         x: root.width - 36 - 12
-        y: root.height - 18 - 12 - root.view.safeBottom
+        y: root.height - 18 - 12 - root.content.safeBottom
         width: 36
         height: 18
         hidden: root.content.isVideo || !root.content.hasLogo

@@ -29,9 +29,13 @@ ZNTSplashAdView::ZNTSplashAdView(const QString &part, QQuickItem *parent)
     d->part = std::make_unique<QmlPart>(
         this, part, QVariantMap{{QStringLiteral("content"), QVariant::fromValue(&d->content)}});
     d->skipButton = d->part->subview("skipButton");
+    d->content.setSafeInsets(d->covering.safeInsets());
     connect(&d->content, &SplashContent::readyChanged, this, &ZNTSplashAdView::updateHidden);
     connect(&d->content, &SplashContent::modeChanged, this, &ZNTSplashAdView::contentChanged);
-    connect(&d->covering, &Covering::safeInsetsChanged, this, &ZNTSplashAdView::safeInsetsChanged);
+    connect(
+        &d->content, &SplashContent::safeInsetsChanged, this, &ZNTSplashAdView::safeInsetsChanged);
+    connect(&d->covering, &Covering::safeInsetsChanged, &d->content,
+        [this] { d->content.setSafeInsets(d->covering.safeInsets()); });
     connect(&d->covering, &Covering::closeKeyPressed, d->part.get(), &QmlPart::close);
     connect(d->part.get(), &QmlPart::tapped, this, &ZNTSplashAdView::handleTap);
     connect(d->part.get(), &QmlPart::panned, this, &ZNTSplashAdView::handlePanGesture);
@@ -52,12 +56,12 @@ bool ZNTSplashAdView::isVideoAd() const
 
 qreal ZNTSplashAdView::safeTop() const
 {
-    return d->covering.safeInsets().top();
+    return d->content.safeTop();
 }
 
 qreal ZNTSplashAdView::safeBottom() const
 {
-    return d->covering.safeInsets().bottom();
+    return d->content.safeBottom();
 }
 
 void ZNTSplashAdView::setDelegate(const ZNTDelegateRef<ZNTSplashDelegate> &delegate)

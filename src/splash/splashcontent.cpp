@@ -61,6 +61,12 @@ void SplashContent::setPicturesDrawn(bool drawn)
         setReady(true);
 }
 
+void SplashContent::setSafeInsets(const QMarginsF &insets)
+{
+    if (std::exchange(m_safeInsets, insets) != insets)
+        Q_EMIT safeInsetsChanged();
+}
+
 void SplashContent::setSkipTitle(const QString &title)
 {
     if (title == m_skipTitle)

@@ -21,6 +21,8 @@ class SplashContent : public znt::AdContent
     Q_PROPERTY(bool picturesDrawn READ picturesDrawn WRITE setPicturesDrawn)
     Q_PROPERTY(bool isVideo READ isVideo NOTIFY modeChanged)
     Q_PROPERTY(QImage videoFrame MEMBER m_videoFrame NOTIFY videoFrameChanged)
+    Q_PROPERTY(qreal safeTop READ safeTop NOTIFY safeInsetsChanged)
+    Q_PROPERTY(qreal safeBottom READ safeBottom NOTIFY safeInsetsChanged)
     Q_PROPERTY(QString skipTitle READ skipTitle WRITE setSkipTitle NOTIFY skipTitleChanged)
 
 public:
@@ -38,12 +40,16 @@ public:
     void setPicturesDrawn(bool drawn);
     bool isVideo() const { return m_isVideo; }
     bool hasPicture() const { return !picture().isNull(); }
+    qreal safeTop() const { return m_safeInsets.top(); }
+    qreal safeBottom() const { return m_safeInsets.bottom(); }
+    void setSafeInsets(const QMarginsF &insets);
     QString skipTitle() const { return m_skipTitle; }
     void setSkipTitle(const QString &title);
 
 Q_SIGNALS:
     void modeChanged();
     void videoFrameChanged();
+    void safeInsetsChanged();
     void skipTitleChanged();
     void readyChanged();
 
@@ -57,6 +63,7 @@ private:
     bool m_picturesDrawn = false;
     bool m_isVideo = false;
     QImage m_videoFrame;
+    QMarginsF m_safeInsets;
     QString m_skipTitle;
     bool m_isReady = false;
     std::unique_ptr<VideoPlayer> m_video;

@@ -108,7 +108,6 @@ ViewEngine *engine()
 
 QmlPart::QmlPart(QQuickItem *view, const QString &name, QVariantMap properties)
 {
-    properties.insert(QStringLiteral("view"), QVariant::fromValue<QObject *>(view));
     properties.insert(QStringLiteral("part"), QVariant::fromValue<QObject *>(this));
     if (ViewEngine *with = engine())
         m_root = with->create(name, view, properties);
