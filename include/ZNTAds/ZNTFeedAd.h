@@ -39,14 +39,14 @@ public:
     /// The manager, or null when it was destroyed or there was none.
     ZNTFeedManager *manager() const;
 
-    QString adId() const;
-    QString title() const;
-    QStringList imageUrls() const;
-    QString source() const;
-    QString sourceLogo() const;
-    QString h5url() const;
-    QString deepLinkUrl() const;
-    qint64 style() const;
+    QString adId() const { return record().adId(); }
+    QString title() const { return record().title(); }
+    QStringList imageUrls() const { return record().imageUrls(); }
+    QString source() const { return record().source(); }
+    QString sourceLogo() const { return record().sourceLogo(); }
+    QString h5url() const { return record().h5url(); }
+    QString deepLinkUrl() const { return record().deepLinkUrl(); }
+    qint64 style() const { return record().style(); }
 
     /// Whether the record was seen in a ZNTFeedAdItem; it is not watched again.
     bool isSeen() const;
@@ -59,6 +59,7 @@ public:
 
 private:
     friend class ZNTFeedAdItem;
+    const ZNTFeedAdData &record() const; // an empty one where there is none
     struct Shared;
     std::shared_ptr<Shared> d;
 };

@@ -18,8 +18,8 @@
 /// While it is there, the overlay takes every mouse, touch, wheel, hover and key event, and has the
 /// keyboard focus of its window: Tab goes round its two buttons, and Escape or Back closes it once
 /// the countdown has ended. It belongs to the screen item and goes with it, silently; it is removed
-/// with the presenter too. What it fetches are its two pictures, once when their URLs
-/// are equal; one that cannot be had stays empty.
+/// with the presenter too. What it fetches are its two pictures, once when their URLs are equal;
+/// one that cannot be had stays empty.
 ///
 /// Delegate calls come in a later iteration of the event loop than their cause, and may destroy the
 /// presenter. Main thread only.

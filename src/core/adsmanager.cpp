@@ -1,6 +1,7 @@
 #include <ZNTAds/ZNTAdsManager.h>
 
 #include "core/configuration.h"
+#include "core/exchangerequest.h"
 #include "core/networkstatus.h"
 #include "core/requestbody.h"
 #include "core/userdefaults.h"
@@ -10,8 +11,6 @@
 #include "support/devicefacts.h"
 #include "support/json.h"
 #include "support/mainthread.h"
-
-#include <ZNTAds/ZNTAdsResponseFactory.h>
 
 #include <QDateTime>
 #include <QMutex>
@@ -26,52 +25,6 @@ namespace {
 constexpr auto freqCtrlArgKey = "ZNTAds_FreqCtrlArg";
 constexpr auto interactionCtrlArgKey = "ZNTAds_InteractionCtrlArg";
 
-HttpRequest httpRequest(const QString &url, const QString &method,
-    const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers)
-{
-    HttpRequest request{.url = url, .method = method.toLatin1()};
-    for (auto it = headers.begin(); it != headers.end(); ++it) {
-        const QByteArray value = it->toUtf8();
-        // A null value would take the header away.
-        request.headers.append({it.key().toLatin1(), value.isNull() ? QByteArray("") : value});
-    }
-    if (params && method == u"POST")
-        request.body = json::compact(*params);
-    return request;
-}
-
-// Why the request cannot be sent at all.
-std::optional<ZNTError> requestError(const QString &method,
-    const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers)
-{
-    const auto error = headError(method, headers);
-    return error || !params || method != u"POST" ? error : bodyError(*params);
-}
-
-QString textOf(const QMap<QString, QString> &headers)
-{
-    QJsonObject object;
-    for (auto it = headers.begin(); it != headers.end(); ++it)
-        object.insert(it.key(), it.value());
-    return json::text(object);
-}
-
-// What has become of a request. The dictionary is the response's: an answer may be megabytes, and
-// converting it is no work for the main thread.
-struct Outcome
-{
-    std::optional<ZNTAdsResponse> response;
-    std::optional<ZNTError> error;
-    QJsonObject dictionary;
-};
-
-ZNTError refusal(const ZNTAdsResponse &response)
-{
-    const QString message = response.message();
-    return {QStringLiteral("ZNTAdsManager"), response.code(),
-        message.isNull() ? QStringLiteral("Unknown error") : message};
-}
-
 } // namespace
 
 class ZNTAdsManager::Private
@@ -82,22 +35,24 @@ public:
         const QMutexLocker lock(&mutex);
         return identity;
     }
-    QMap<QString, QString> headersNow() const
-    {
-        return signedHeaders(currentIdentity(), QDateTime::currentSecsSinceEpoch());
-    }
-
-    using Done = std::function<void(const Outcome &)>;
 
     void watchDevice();
     void withDevice(std::function<void()> request);
+    ExchangeRequest signedRequest(Endpoint to, const QJsonObject &body) const
+    {
+        const qint64 now = QDateTime::currentSecsSinceEpoch();
+        return {endpoint(to).toString(), QStringLiteral("POST"), body,
+            signedHeaders(currentIdentity(), now)};
+    }
+    void post(
+        Endpoint to, const QJsonObject &body, const std::function<void(const Outcome &)> &done)
+    {
+        sendRequest(signedRequest(to, body), isLogEnabled, done);
+    }
+
     void loadAdConfig();
     void readConfiguration(const QByteArray &body);
     void applyConfiguration(const QJsonObject &configuration);
-    void send(const QString &url, const QString &method, const std::optional<QJsonObject> &params,
-        const QMap<QString, QString> &headers, Done done);
-    void readResponse(const QByteArray &body, Done done);
-    std::shared_ptr<const Outcome> outcomeOf(const QByteArray &body) const;
 
     // Requests may start on any thread; the lock is for their sake.
     mutable QMutex mutex;
@@ -175,9 +130,9 @@ void ZNTAdsManager::requestAdWithPositionId(
 {
     auto done = [success = std::move(success), failure = std::move(failure)](
                     const Outcome &outcome) {
-        if (outcome.error || !outcome.response->isValid()) {
+        if (const auto error = outcome.failure()) {
             if (failure)
-                failure(outcome.error ? *outcome.error : refusal(*outcome.response));
+                failure(*error);
         } else if (success) {
             success(outcome.dictionary);
         }
@@ -185,8 +140,7 @@ void ZNTAdsManager::requestAdWithPositionId(
     d->withDevice([this, positionId, bidPrice, done = std::move(done)] {
         const QJsonObject body = adRequestBody(d->currentIdentity(), getNetworkType(),
             {.positionId = positionId, .bidPrice = bidPrice, .test = d->isTestMode});
-        d->send(endpoint(Endpoint::AdRequest).toString(), QStringLiteral("POST"), body,
-            d->headersNow(), done);
+        d->post(Endpoint::AdRequest, body, done);
     });
 }
 
@@ -194,78 +148,25 @@ void ZNTAdsManager::sendRequestWithURL(const QString &url, const QString &method
     const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers,
     Completion completion)
 {
-    d->send(
-        url, method, params, headers, [completion = std::move(completion)](const Outcome &outcome) {
+    sendRequest({url, method, params, headers}, d->isLogEnabled,
+        [completion = std::move(completion)](const Outcome &outcome) {
             if (completion)
                 completion(outcome.response, outcome.error);
         });
-}
-
-void ZNTAdsManager::Private::send(const QString &url, const QString &method,
-    const std::optional<QJsonObject> &params, const QMap<QString, QString> &headers, Done done)
-{
-    if (const auto error = requestError(method, params, headers)) {
-        done({{}, error, {}});
-        return;
-    }
-    if (isLogEnabled) {
-        logInfo("Request URL: %1", url);
-        logInfo("Request Headers: %1", textOf(headers));
-        logInfo("Request Params: %1", params ? json::text(*params) : QString());
-    }
-    sendHttp(Session::Exchange, httpRequest(url, method, params, headers),
-        [this, done = std::move(done)](const HttpAnswer &answer) mutable {
-            if (!answer.error) {
-                readResponse(answer.body, std::move(done));
-                return;
-            }
-            if (isLogEnabled)
-                logError("Network Error: %1", *answer.error);
-            done({{}, answer.error, {}});
-        });
-}
-
-// In the pool. `done` is moved along, so that it dies on the main thread; the outcome does not.
-void ZNTAdsManager::Private::readResponse(const QByteArray &body, Done done)
-{
-    inPool([this, body, done = std::move(done)]() mutable {
-        onMainThread([done = std::move(done), outcome = outcomeOf(body)]() mutable {
-            done(*outcome);
-            discardInPool(std::move(outcome));
-        });
-    });
-}
-
-std::shared_ptr<const Outcome> ZNTAdsManager::Private::outcomeOf(const QByteArray &body) const
-{
-    const json::Parsed parsed = json::parse(body);
-    if (parsed.error) {
-        if (isLogEnabled)
-            logError("JSON Parse Error: %1", *parsed.error);
-        return std::make_shared<Outcome>(Outcome{{}, parsed.error, {}});
-    }
-    if (isLogEnabled)
-        logInfo("Response: %1", json::text(parsed.value));
-    const auto response = ZNTAdsResponseFactory::createFromServerResponse(parsed.value);
-    return std::make_shared<Outcome>(Outcome{response, {}, response.toDictionary()});
 }
 
 void ZNTAdsManager::sendNegativeFeedbackWithType(
     qint64 type, const QString &bizId, const QJsonValue &ext, FeedbackCompletion completion)
 {
     auto done = [completion = std::move(completion)](const Outcome &outcome) {
-        if (!completion)
-            return;
-        if (outcome.error || !outcome.response->isValid())
-            completion(false, outcome.error ? *outcome.error : refusal(*outcome.response));
-        else
-            completion(true, {});
+        const auto error = outcome.failure();
+        if (completion)
+            completion(!error, error);
     };
     d->withDevice([this, type, bizId, ext, done = std::move(done)] {
         const QJsonObject body = feedbackBody(
             d->currentIdentity(), getNetworkType(), {.type = type, .bizId = bizId, .ext = ext});
-        d->send(endpoint(Endpoint::NegativeFeedback).toString(), QStringLiteral("POST"), body,
-            d->headersNow(), done);
+        d->post(Endpoint::NegativeFeedback, body, done);
     });
 }
 
@@ -274,23 +175,21 @@ void ZNTAdsManager::Private::loadAdConfig()
 {
     const QJsonObject body{{QStringLiteral("releaseDateTime"), QLatin1String("")},
         {QStringLiteral("version"), QLatin1String("")}};
-    const QMap<QString, QString> headers = headersNow();
-    if (const auto error = headError(QStringLiteral("POST"), headers)) {
+    const ExchangeRequest request = signedRequest(Endpoint::Configuration, body);
+    if (const auto error = request.error()) {
         if (isLogEnabled)
             logError("Config Request Failed: %1", *error);
         return;
     }
     if (isLogEnabled)
-        logInfo("Config Request - Headers: %1, Params: %2", textOf(headers), json::text(body));
-    sendHttp(Session::Exchange,
-        httpRequest(
-            endpoint(Endpoint::Configuration).toString(), QStringLiteral("POST"), body, headers),
-        [this](const HttpAnswer &answer) {
-            if (!answer.error)
-                inPool([this, body = answer.body] { readConfiguration(body); });
-            else if (isLogEnabled)
-                logError("Config Request Failed: %1", *answer.error);
-        });
+        logInfo(
+            "Config Request - Headers: %1, Params: %2", request.headersText(), json::text(body));
+    sendHttp(Session::Exchange, request.written(), [this](const HttpAnswer &answer) {
+        if (!answer.error)
+            inPool([this, body = answer.body] { readConfiguration(body); });
+        else if (isLogEnabled)
+            logError("Config Request Failed: %1", *answer.error);
+    });
 }
 
 // In the thread pool.

@@ -55,8 +55,8 @@ public:
     ~VideoLoop() override
     {
         m_player.setVideoOutput(nullptr); // a backend may still have frames under way to the sink
-        m_player.setSource(
-            {}); // else GStreamer's takes its pipeline apart when it is half destroyed
+        // Else GStreamer's takes its pipeline apart when it is half destroyed.
+        m_player.setSource({});
     }
 
 private:

@@ -16,44 +16,10 @@ ZNTFeedManager *ZNTFeedAd::manager() const
     return d ? d->manager.data() : nullptr;
 }
 
-QString ZNTFeedAd::adId() const
+const ZNTFeedAdData &ZNTFeedAd::record() const
 {
-    return d ? d->adData->adId() : QString();
-}
-
-QString ZNTFeedAd::title() const
-{
-    return d ? d->adData->title() : QString();
-}
-
-QStringList ZNTFeedAd::imageUrls() const
-{
-    return d ? d->adData->imageUrls() : QStringList();
-}
-
-QString ZNTFeedAd::source() const
-{
-    return d ? d->adData->source() : QString();
-}
-
-QString ZNTFeedAd::sourceLogo() const
-{
-    return d ? d->adData->sourceLogo() : QString();
-}
-
-QString ZNTFeedAd::h5url() const
-{
-    return d ? d->adData->h5url() : QString();
-}
-
-QString ZNTFeedAd::deepLinkUrl() const
-{
-    return d ? d->adData->deepLinkUrl() : QString();
-}
-
-qint64 ZNTFeedAd::style() const
-{
-    return d ? d->adData->style() : 0;
+    static const ZNTFeedAdData none;
+    return d ? *d->adData : none;
 }
 
 bool ZNTFeedAd::isSeen() const

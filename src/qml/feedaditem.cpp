@@ -18,12 +18,13 @@ struct ZNTFeedAdItem::Private
     }
 
     void showTemplate();
+    void makeTemplate();
     void watch();
     void unwatch();
 
     ZNTFeedAdItem *const q;
     ZNTFeedAd ad;
-    qint64 style = -1; // of the view
+    qint64 style = 0; // of the view
     std::unique_ptr<ZNTFeedAdView> view;
     QMetaObject::Connection exposures;
 };
@@ -84,22 +85,24 @@ ZNTFeedAdView *ZNTFeedAdItem::adView() const
 void ZNTFeedAdItem::Private::showTemplate()
 {
     if (!ad.isValid() || !view || style != ad.style())
-        view.reset(ad.isValid() ? createTemplate(ad.style()) : nullptr);
-    if (!view) {
-        q->setImplicitSize(0, 0);
+        makeTemplate();
+    if (!view)
         return;
-    }
+    view->setupWithAdsData(ad.adData());
+    view->setParentItem(q); // when it is filled
+}
+
+void ZNTFeedAdItem::Private::makeTemplate()
+{
     style = ad.style();
+    view.reset(ad.isValid() ? createTemplate(style) : nullptr);
+    q->setImplicitSize(0, 0);
+    if (!view)
+        return;
     view->setDelegate(q);
     view->setSize(q->size());
-    view->setupWithAdsData(ad.adData());
-    const auto follow = [this] {
-        q->setImplicitSize(view->implicitWidth(), view->implicitHeight());
-    };
-    QObject::disconnect(view.get(), &QQuickItem::implicitHeightChanged, q, nullptr);
-    QObject::connect(view.get(), &QQuickItem::implicitHeightChanged, q, follow);
-    follow();
-    view->setParentItem(q);
+    QObject::connect(view.get(), &QQuickItem::implicitHeightChanged, q,
+        [this] { q->setImplicitSize(view->implicitWidth(), view->implicitHeight()); });
 }
 
 void ZNTFeedAdItem::Private::watch()

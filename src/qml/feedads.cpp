@@ -4,6 +4,8 @@
 
 #include <QPointer>
 
+#include <algorithm>
+
 struct ZNTFeedAds::Private
 {
     explicit Private(ZNTFeedAds *model)
@@ -49,7 +51,7 @@ void ZNTFeedAds::load()
 
 void ZNTFeedAds::Private::takeLoaded(const QList<ZNTFeedAdDataPtr> &records)
 {
-    --pending;
+    pending = std::max(pending - 1, 0); // the host may load by the manager
     const QPointer<ZNTFeedAds> self(q);
     q->beginResetModel();
     ads.clear();
@@ -62,7 +64,7 @@ void ZNTFeedAds::Private::takeLoaded(const QList<ZNTFeedAdDataPtr> &records)
 
 void ZNTFeedAds::Private::takeFailure(const ZNTError &failure)
 {
-    --pending;
+    pending = std::max(pending - 1, 0);
     error = failure;
     const QPointer<ZNTFeedAds> self(q);
     tell({&ZNTFeedAds::loadingChanged, &ZNTFeedAds::errorChanged});

@@ -15,10 +15,11 @@ void FullScreenAd::setShowWhenLoaded(bool show)
 
 void FullScreenAd::load()
 {
-    State next = m_state;
-    next.isLoading = true;
-    next.error = {};
-    if (setState(next))
+    const bool isAlive = change([](State &state) {
+        state.isLoading = true;
+        state.error = {};
+    });
+    if (isAlive)
         requestAd();
 }
 
@@ -29,18 +30,17 @@ void FullScreenAd::show()
         qmlWarning(this) << "There is no window to show the ad in.";
         return;
     }
-    State next = m_state;
-    next.isSeen = false;
     const QPointer<QQuickWindow> alive(over);
-    if (setState(next) && alive)
+    if (change([](State &state) { state.isSeen = false; }) && alive)
         showOver(over);
 }
 
-bool FullScreenAd::setState(const State &state)
+bool FullScreenAd::change(const std::function<void(State &)> &set)
 {
-    if (m_state == state)
+    const State before = m_state;
+    set(m_state);
+    if (m_state == before)
         return true;
-    m_state = state;
     const QPointer<FullScreenAd> self(this);
     Q_EMIT stateChanged();
     return !self.isNull();
@@ -48,10 +48,11 @@ bool FullScreenAd::setState(const State &state)
 
 void FullScreenAd::takeLoaded()
 {
-    State next = m_state;
-    next.isLoading = false;
-    next.isReady = true;
-    if (!setState(next))
+    const bool isAlive = change([](State &state) {
+        state.isLoading = false;
+        state.isReady = true;
+    });
+    if (!isAlive)
         return;
     const QPointer<FullScreenAd> self(this);
     Q_EMIT loaded();
@@ -61,26 +62,23 @@ void FullScreenAd::takeLoaded()
 
 void FullScreenAd::takeFailure(const ZNTError &error)
 {
-    State next = m_state;
-    next.isLoading = false;
-    next.error = error;
-    if (setState(next))
+    const bool isAlive = change([&error](State &state) {
+        state.isLoading = false;
+        state.error = error;
+    });
+    if (isAlive)
         Q_EMIT failed(error);
 }
 
 void FullScreenAd::takeAppearance()
 {
-    State next = m_state;
-    next.isShown = true;
-    if (setState(next))
+    if (change([](State &state) { state.isShown = true; }))
         Q_EMIT appeared();
 }
 
 void FullScreenAd::takeExposure()
 {
-    State next = m_state;
-    next.isSeen = true;
-    if (setState(next))
+    if (change([](State &state) { state.isSeen = true; }))
         Q_EMIT rendered();
 }
 

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
+#include <functional>
+
 class QQuickWindow;
 
 namespace znt {
@@ -73,9 +75,8 @@ protected:
 
         friend bool operator==(const State &, const State &) = default;
     };
-    const State &state() const { return m_state; }
     // False when the element has not survived what heard of it.
-    bool setState(const State &state);
+    bool change(const std::function<void(State &)> &set);
     template <class Manager>
     void follow(Manager *manager);
 

@@ -30,9 +30,7 @@ void InterstitialAdElement::showOver(QQuickWindow *window)
 // The manager keeps the ad, which may be shown again.
 void InterstitialAdElement::takeClose(bool automatically)
 {
-    State next = state();
-    next.isShown = false;
-    if (setState(next))
+    if (change([](State &state) { state.isShown = false; }))
         Q_EMIT closed(automatically);
 }
 

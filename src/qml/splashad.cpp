@@ -14,10 +14,11 @@ SplashAd::SplashAd(QObject *parent)
 // The manager has forgotten the ad.
 void SplashAd::takeClose()
 {
-    State next = state();
-    next.isShown = false;
-    next.isReady = false;
-    if (setState(next))
+    const bool isAlive = change([](State &state) {
+        state.isShown = false;
+        state.isReady = false;
+    });
+    if (isAlive)
         Q_EMIT closed();
 }
 

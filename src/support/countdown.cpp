@@ -1,7 +1,5 @@
 #include "support/countdown.h"
 
-#include <QPointer>
-
 #include <chrono>
 #include <utility>
 
@@ -15,10 +13,8 @@ Countdown::Countdown(QObject *parent)
     connect(&m_timer, &QTimer::timeout, this, [this] {
         if (m_remaining <= 1)
             stop();
-        const QPointer<Countdown> self(this);
         setRemaining(m_remaining - 1);
-        if (self)
-            Q_EMIT ticked(m_remaining);
+        Q_EMIT ticked(m_remaining);
     });
 }
 

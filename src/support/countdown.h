@@ -21,6 +21,7 @@ public:
     void setRemaining(qint64 seconds);
 
 Q_SIGNALS:
+    // Whoever hears of it must not destroy the countdown.
     void remainingChanged();
     // A second has passed. At 0 the countdown has stopped already.
     void ticked(qint64 remaining);
