@@ -24,6 +24,7 @@ struct ZNTFeedAdPlacer::Private
     void connectAds();
     void placeAnew();
 
+    int rowsBefore(int slot) const { return (slot + 1) * interval; }
     int sourceCount() const { return q->sourceModel() ? q->sourceModel()->rowCount() : 0; }
     int rowOfPlaced(int placed) const { return ads.at(placed).before + placed; }
     int placedAt(int row) const;
@@ -108,21 +109,20 @@ int ZNTFeedAdPlacer::rowOf(int sourceRow) const
 // Moves each ad to its slot's row, takes out those whose slot has gone, and fills new slots.
 void ZNTFeedAdPlacer::Private::settle()
 {
-    const auto target = [this](int slot) { return (slot + 1) * interval; };
-    while (!ads.isEmpty() && target(ads.last().slot) > count) {
+    while (!ads.isEmpty() && rowsBefore(ads.last().slot) > count) {
         --nextAd;
         nextSlot = ads.last().slot;
         removeAd(int(ads.size()) - 1);
     }
     for (int i = int(ads.size()) - 1; i >= 0; --i) { // down, so that none passes another
-        if (ads.at(i).before < target(ads.at(i).slot))
-            moveAd(i, target(ads.at(i).slot));
+        if (ads.at(i).before < rowsBefore(ads.at(i).slot))
+            moveAd(i, rowsBefore(ads.at(i).slot));
     }
     for (int i = 0; i < ads.size(); ++i) {
-        if (ads.at(i).before > target(ads.at(i).slot))
-            moveAd(i, target(ads.at(i).slot));
+        if (ads.at(i).before > rowsBefore(ads.at(i).slot))
+            moveAd(i, rowsBefore(ads.at(i).slot));
     }
-    while (source && nextAd < source->count() && target(nextSlot) <= count)
+    while (source && nextAd < source->count() && rowsBefore(nextSlot) <= count)
         insertAd(source->get(nextAd++), nextSlot++);
 }
 
@@ -138,7 +138,7 @@ void ZNTFeedAdPlacer::Private::moveAd(int placed, int before)
 
 void ZNTFeedAdPlacer::Private::insertAd(const ZNTFeedAd &ad, int slot)
 {
-    const int before = (slot + 1) * interval;
+    const int before = rowsBefore(slot);
     const int row = before + int(ads.size());
     q->beginInsertRows({}, row, row);
     ads.append({ad, slot, before});
@@ -160,8 +160,8 @@ void ZNTFeedAdPlacer::Private::placeAnew()
     nextAd = 0;
     nextSlot = 0;
     count = sourceCount();
-    for (; source && nextAd < source->count() && (nextSlot + 1) * interval <= count; ++nextSlot)
-        ads.append({source->get(nextAd++), nextSlot, (nextSlot + 1) * interval});
+    for (; source && nextAd < source->count() && rowsBefore(nextSlot) <= count; ++nextSlot)
+        ads.append({source->get(nextAd++), nextSlot, rowsBefore(nextSlot)});
     q->endResetModel();
 }
 

@@ -226,7 +226,6 @@ private slots:
             endsWith(ending);
     }
 
-    // Standard error is a pipe that nobody reads, or has closed; the log file is one.
     void keepsSomeDaysInTheHostsFolder()
     {
         const QTemporaryDir home;
@@ -247,6 +246,7 @@ private slots:
         QVERIFY(!QDir(home.filePath("Documents")).exists());
     }
 
+    // Standard error is a pipe that nobody reads, or has closed; the log file is one.
     void endsThoughNobodyReads()
     {
         const QByteArray today = QDate::currentDate().toString(Qt::ISODate).toUtf8();
