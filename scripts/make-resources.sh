@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Renders the library's artwork, src/resources/*.svg, at one, two and three pixels a point.
-# Needs rsvg-convert (Debian: librsvg2-bin).
+# Needs rsvg-convert and zopflipng (Debian: librsvg2-bin, zopfli).
 set -euo pipefail
 cd "$(dirname "$0")/../src/resources"
 
@@ -9,5 +9,6 @@ for source in *.svg; do
     for scale in 1 2 3; do
         suffix=$([ "$scale" -gt 1 ] && echo "@${scale}x" || true)
         rsvg-convert --zoom "$scale" --output "$name$suffix.png" "$source"
+        zopflipng -y --lossy_transparent "$name$suffix.png" "$name$suffix.png" >/dev/null
     done
 done

@@ -126,6 +126,6 @@ private:
     ~ZNTAdsManager();
     Q_DISABLE_COPY_MOVE(ZNTAdsManager)
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

@@ -68,6 +68,6 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData &data) override;
 
 private:
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

@@ -61,6 +61,6 @@ Q_SIGNALS:
     void intervalChanged();
 
 private:
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

@@ -89,6 +89,6 @@ private:
     void updateImplicitSize();
     void notifyArrival();
 
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

@@ -67,6 +67,6 @@ Q_SIGNALS:
     void failed(const ZNTError &error);
 
 private:
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

@@ -144,6 +144,6 @@ private:
     friend class ZNTFeedAdView;
     void viewArrived(QQuickItem *view);
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

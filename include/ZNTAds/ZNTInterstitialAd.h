@@ -75,6 +75,6 @@ Q_SIGNALS:
     void remainingTimeChanged();
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

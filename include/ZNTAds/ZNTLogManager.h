@@ -88,6 +88,6 @@ private:
     ~ZNTLogManager();
     Q_DISABLE_COPY_MOVE(ZNTLogManager)
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

@@ -32,6 +32,6 @@ protected:
     void handleTap() override;
 
 private:
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

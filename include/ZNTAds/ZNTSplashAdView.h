@@ -85,6 +85,6 @@ protected:
 private:
     void updateHidden();
 
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

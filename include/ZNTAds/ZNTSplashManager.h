@@ -127,6 +127,6 @@ Q_SIGNALS:
     void rendered();
 
 private:
-    class Private;
+    class Q_DECL_HIDDEN Private;
     const std::unique_ptr<Private> d;
 };

@@ -9,11 +9,11 @@ namespace znt {
 namespace {
 
 // The means of the blurred copy's top, middle and bottom, without its alpha.
-QList<QColor> groundColorsOf(const QImage &blurredPicture)
+QVariantList groundColorsOf(const QImage &blurredPicture)
 {
     const QImage means =
         blurredPicture.scaled(1, 3, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    QList<QColor> colors;
+    QVariantList colors;
     for (int y = 0; y < means.height(); ++y)
         colors.append(QColor(means.pixelColor(0, y).rgb()));
     return colors;

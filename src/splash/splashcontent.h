@@ -17,7 +17,7 @@ class SplashContent : public znt::AdContent
     QML_UNCREATABLE("It belongs to a splash creative")
     Q_PROPERTY(bool hasPicture READ hasPicture NOTIFY pictureChanged)
     Q_PROPERTY(QImage blurredPicture MEMBER m_blurredPicture NOTIFY pictureChanged)
-    Q_PROPERTY(QList<QColor> groundColors MEMBER m_groundColors NOTIFY pictureChanged)
+    Q_PROPERTY(QVariantList groundColors MEMBER m_groundColors NOTIFY pictureChanged)
     Q_PROPERTY(bool picturesDrawn READ picturesDrawn WRITE setPicturesDrawn)
     Q_PROPERTY(bool isVideo READ isVideo NOTIFY modeChanged)
     Q_PROPERTY(QImage videoFrame MEMBER m_videoFrame NOTIFY videoFrameChanged)
@@ -58,7 +58,7 @@ private:
     void setReady(bool ready);
 
     QImage m_blurredPicture;
-    QList<QColor> m_groundColors; // from top to bottom
+    QVariantList m_groundColors; // from top to bottom
     bool m_hasArrived = false;    // the picture of the present setup
     bool m_picturesDrawn = false;
     bool m_isVideo = false;
