@@ -18,6 +18,10 @@ target_compile_options(ZNTAds PRIVATE -fno-exceptions $<${release}:-Os>)
 if(BUILD_SHARED_LIBS AND UNIX AND NOT APPLE)
     target_compile_options(ZNTAds PRIVATE $<${release}:-ffunction-sections;-fdata-sections>)
     target_link_options(ZNTAds PRIVATE $<${release}:-Wl,--gc-sections;-Wl,-Bsymbolic-functions>)
+    if(NOT ZNTADS_BUILD_TESTS AND NOT ZNTADS_BUILD_BENCHMARKS) # which see more
+        target_link_options(ZNTAds PRIVATE $<${release}:-Wl,--version-script=${CMAKE_CURRENT_LIST_DIR}/ZNTAdsExports.map>)
+        set_property(TARGET ZNTAds APPEND PROPERTY LINK_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/ZNTAdsExports.map)
+    endif()
     # Each lambda would bring its name along. The public classes keep theirs, for what hosts derive:
     # the code that moc makes holds their tables.
     target_compile_options(ZNTAds PRIVATE $<${release}:-fno-rtti>)

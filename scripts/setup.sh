@@ -14,7 +14,7 @@ build=(
     nghttp2-server openssl
 )
 lint=(clang-format clang-tidy clazy doxygen)
-art=(librsvg2-bin zopfli ffmpeg fonts-noto-cjk)
+art=(librsvg2-bin pngquant zopfli ffmpeg fonts-noto-cjk)
 bench=(libbenchmark-dev libspdlog-dev libopencv-imgproc-dev)
 
 wanted=()

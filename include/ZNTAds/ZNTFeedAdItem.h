@@ -4,6 +4,7 @@
 #include <ZNTAds/ZNTAdsGlobal.h>
 #include <ZNTAds/ZNTFeedAd.h>
 
+#include <QtGui/QColor>
 #include <QtQuick/QQuickItem>
 
 #include <memory>
@@ -27,6 +28,7 @@ class ZNTADS_EXPORT ZNTFeedAdItem : public QQuickItem, public ZNTAdViewDelegate
     /// The ad as ZNTFeedAds gives it; null, undefined and values of another type show nothing.
     Q_PROPERTY(QVariant adData READ adDataVariant WRITE setAdDataVariant NOTIFY adChanged)
     Q_PROPERTY(bool seen READ isSeen NOTIFY seenChanged)
+    Q_PROPERTY(QColor color READ color WRITE setColor RESET resetColor NOTIFY colorChanged)
     QML_NAMED_ELEMENT(FeedAd)
 
 public:
@@ -39,6 +41,11 @@ public:
     void setAdDataVariant(const QVariant &adData);
     /// Whether the ad counts as seen, here or in another item.
     bool isSeen() const;
+    /// The ground under the template, which is clear and has dark texts. Unless set, it is white in
+    /// an application whose palette is a dark one, and transparent otherwise.
+    QColor color() const;
+    void setColor(const QColor &color);
+    void resetColor();
     /// The template; null while nothing is shown. The item owns it.
     ZNTFeedAdView *adView() const;
 
@@ -52,6 +59,7 @@ public:
 Q_SIGNALS:
     void adChanged();
     void seenChanged();
+    void colorChanged();
     /// The ad entered a window.
     void appeared();
     /// The ad was clicked; the target is opened afterwards.
@@ -66,6 +74,7 @@ Q_SIGNALS:
 protected:
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
     void itemChange(ItemChange change, const ItemChangeData &data) override;
+    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *data) override;
 
 private:
     struct Q_DECL_HIDDEN Private;

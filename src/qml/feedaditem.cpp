@@ -8,6 +8,10 @@
 
 #include <ZNTAds/ZNTFeedAdView.h>
 
+#include <QGuiApplication>
+#include <QPalette>
+#include <QSGSimpleRectNode>
+
 using namespace znt;
 
 struct ZNTFeedAdItem::Private
@@ -24,6 +28,7 @@ struct ZNTFeedAdItem::Private
 
     ZNTFeedAdItem *const q;
     ZNTFeedAd ad;
+    QColor color;     // invalid unless the host has set one
     qint64 style = 0; // of the view
     std::unique_ptr<ZNTFeedAdView> view;
     QMetaObject::Connection exposures;
@@ -33,6 +38,7 @@ ZNTFeedAdItem::ZNTFeedAdItem(QQuickItem *parent)
     : QQuickItem(parent)
     , d(std::make_unique<Private>(this))
 {
+    setFlag(ItemHasContents);
 }
 
 ZNTFeedAdItem::~ZNTFeedAdItem()
@@ -76,6 +82,30 @@ bool ZNTFeedAdItem::isSeen() const
     return d->ad.isSeen();
 }
 
+QColor ZNTFeedAdItem::color() const
+{
+    if (d->color.isValid())
+        return d->color;
+    const QPalette palette = QGuiApplication::palette();
+    const bool isDark = palette.color(QPalette::Window).lightness()
+        < palette.color(QPalette::WindowText).lightness();
+    return isDark ? Qt::white : Qt::transparent;
+}
+
+void ZNTFeedAdItem::setColor(const QColor &color)
+{
+    if (d->color == color)
+        return;
+    d->color = color;
+    update();
+    Q_EMIT colorChanged();
+}
+
+void ZNTFeedAdItem::resetColor()
+{
+    setColor({});
+}
+
 ZNTFeedAdView *ZNTFeedAdItem::adView() const
 {
     return d->view.get();
@@ -95,6 +125,7 @@ void ZNTFeedAdItem::Private::showTemplate()
 void ZNTFeedAdItem::Private::makeTemplate()
 {
     style = ad.style();
+    q->update();
     view.reset(ad.isValid() ? createTemplate(style) : nullptr);
     q->setImplicitSize(0, 0);
     if (!view)
@@ -166,6 +197,7 @@ void ZNTFeedAdItem::geometryChange(const QRectF &newGeometry, const QRectF &oldG
     QQuickItem::geometryChange(newGeometry, oldGeometry);
     if (d->view)
         d->view->setSize(newGeometry.size());
+    update();
 }
 
 void ZNTFeedAdItem::itemChange(ItemChange change, const ItemChangeData &data)
@@ -173,4 +205,20 @@ void ZNTFeedAdItem::itemChange(ItemChange change, const ItemChangeData &data)
     QQuickItem::itemChange(change, data);
     if (change == ItemSceneChange && data.window)
         d->watch();
+}
+
+QSGNode *ZNTFeedAdItem::updatePaintNode(QSGNode *node, UpdatePaintNodeData *data)
+{
+    Q_UNUSED(data)
+    const QColor ground = color();
+    if (!d->view || ground.alpha() == 0) {
+        delete node;
+        return nullptr;
+    }
+    auto *rectangle = static_cast<QSGSimpleRectNode *>(node);
+    if (!rectangle)
+        rectangle = new QSGSimpleRectNode;
+    rectangle->setRect(boundingRect());
+    rectangle->setColor(ground);
+    return rectangle;
 }

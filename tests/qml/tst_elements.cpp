@@ -201,6 +201,15 @@ private slots:
         item->setAd(ads->get(1));
         QVERIFY(!ads->manager()->isCheckingVisibility(ads->get(0).adData()));
         QVERIFY(ads->manager()->isCheckingVisibility(ads->get(1).adData()));
+        const QPalette palette = QGuiApplication::palette();
+        QCOMPARE(item->color().alpha(), 0);
+        QGuiApplication::setPalette(QPalette(Qt::white, Qt::black, {}, {}, {}, {}, {}, {}, {}));
+        window->setColor(Qt::black);
+        item->update();
+        QTRY_COMPARE(window->grabWindow().pixelColor(150, 2), QColor(Qt::white));
+        item->setColor(Qt::yellow);
+        QCOMPARE(window->grabWindow().pixelColor(150, 2), QColor(Qt::yellow));
+        QGuiApplication::setPalette(palette);
         ads->load(); // while it shows an ad of the load before
         QSignalSpy loaded(ads, &ZNTFeedAds::loaded);
         QTRY_COMPARE(loaded.size(), 1);
