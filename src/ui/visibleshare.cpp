@@ -173,8 +173,8 @@ bool isPooled(const QQuickItem *itemView, const QQuickItem *row)
     QMetaObject::invokeMethod(view, "indexAt", Q_RETURN_ARG(int, index), Q_ARG(qreal, centre.x()),
         Q_ARG(qreal, centre.y()));
     QQuickItem *held = nullptr;
-    QMetaObject::invokeMethod(
-        view, "itemAtIndex", QReturnArgument<QQuickItem *>("QQuickItem*", held), Q_ARG(int, index));
+    QMetaObject::invokeMethod(view, "itemAtIndex",
+        QReturnArgument<QQuickItem *>("QQuickItem*", held), QArgument<int>("int", index));
     return index >= 0 && held != row;
 }
 
