@@ -10,4 +10,13 @@ Window {
         objectName: "creative"
         anchors.fill: parent
     }
+    SplashAd { mediaId: "splash" }
+    InterstitialAd { mediaId: "interstitial" }
+    ListView {
+        model: FeedAdPlacer { ads: FeedAds { mediaId: "feed" } }
+        delegate: FeedAd {
+            required property var model
+            adData: model.adData
+        }
+    }
 }
