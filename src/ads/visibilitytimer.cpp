@@ -1,9 +1,7 @@
 #include "ads/visibilitytimer.h"
 
+#include "support/clock.h"
 #include "support/mainthread.h"
-
-#include <QElapsedTimer>
-#include <QTimer>
 
 #include <map>
 #include <utility>
@@ -25,22 +23,19 @@ class Schedule
 public:
     Schedule()
     {
-        m_clock.start();
-        m_timer.setSingleShot(true);
-        m_timer.setTimerType(Qt::PreciseTimer); // a coarse one may come too soon
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { tick(); });
+        QObject::connect(&m_timer, &Timer::timeout, &m_timer, [this] { tick(); });
     }
 
     void add(const TickRef &run)
     {
-        m_due[(m_clock.elapsed() + interval + grain) / grain * grain].push_back(run);
+        m_due[(now() + interval + grain) / grain * grain].push_back(run);
         wakeUpInTime();
     }
 
 private:
     void tick()
     {
-        while (!m_due.empty() && m_due.begin()->first <= m_clock.elapsed())
+        while (!m_due.empty() && m_due.begin()->first <= now())
             tick(m_due.extract(m_due.begin()));
         wakeUpInTime();
     }
@@ -56,7 +51,7 @@ private:
         std::erase_if(batch.mapped(), [](const TickRef &run) { return run.expired(); });
         if (batch.mapped().empty())
             return;
-        const qint64 late = qMax<qint64>(0, m_clock.elapsed() - batch.key());
+        const qint64 late = qMax<qint64>(0, now() - batch.key());
         batch.key() += (late / interval + 1) * interval; // what was missed is not made up for
         const auto inserted = m_due.insert(std::move(batch));
         if (!inserted.inserted)
@@ -75,12 +70,11 @@ private:
             m_wakeUp = -1;
         } else if (m_due.begin()->first != m_wakeUp || !m_timer.isActive()) {
             m_wakeUp = m_due.begin()->first;
-            m_timer.start(int(qMax<qint64>(0, m_wakeUp - m_clock.elapsed())));
+            m_timer.start(std::chrono::milliseconds(m_wakeUp - now()));
         }
     }
 
-    QElapsedTimer m_clock;
-    QTimer m_timer;
+    Timer m_timer{Timer::Kind::Single};
     qint64 m_wakeUp = -1;
     std::map<qint64, std::vector<TickRef>> m_due;
 };

@@ -4,11 +4,10 @@
 #include "ads/loadedad.h"
 #include "ads/tracking.h"
 #include "ads/visibilitywatch.h"
+#include "support/clock.h"
 #include "ui/qmlpart.h"
 
 #include <ZNTAds/ZNTInterstitialAd.h>
-
-#include <QTimer>
 
 #include <limits>
 
@@ -124,8 +123,12 @@ void ZNTInterstitialManager::Private::autoCloseLater()
     const double milliseconds = autoCloseTime * 1000;
     if (milliseconds > std::numeric_limits<int>::max())
         return; // weeks away, and more than a timer holds
-    QTimer::singleShot(std::chrono::milliseconds(qint64(milliseconds)), Qt::PreciseTimer, q,
-        [this] { interstitialAd->dismissWithAutoClose(true); });
+    auto *timer = new Timer(Timer::Kind::Single, q);
+    connect(timer, &Timer::timeout, q, [this, timer] {
+        timer->deleteLater();
+        interstitialAd->dismissWithAutoClose(true);
+    });
+    timer->start(std::chrono::milliseconds(qint64(milliseconds)));
 }
 
 // Exposure

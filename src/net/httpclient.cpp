@@ -1,6 +1,7 @@
 #include "net/httpclient.h"
 
 #include "net/networkmanager.h"
+#include "support/clock.h"
 
 #include <QNetworkReply>
 #include <QThread>
@@ -163,8 +164,7 @@ public:
     using Finished =
         std::function<void(const HttpAnswer &answer, const std::optional<QUrl> &redirection)>;
 
-    Transfer(QNetworkReply *reply, const HttpLimits &limits, const QDeadlineTimer &deadline,
-        Finished finished)
+    Transfer(QNetworkReply *reply, const HttpLimits &limits, qint64 deadline, Finished finished)
         : QObject(reply)
         , m_reply(reply)
         , m_limits(limits)
@@ -172,13 +172,11 @@ public:
     {
         connect(reply, &QNetworkReply::readyRead, this, &Transfer::read);
         connect(reply, &QNetworkReply::finished, this, &Transfer::finish);
-        connect(&m_timeOut, &QTimer::timeout, this, [this] {
+        connect(&m_timeOut, &Timer::timeout, this, [this] {
             abort(networkError(
                 QNetworkReply::TimeoutError, QStringLiteral("The request timed out.")));
         });
-        m_timeOut.setSingleShot(true);
-        m_timeOut.setTimerType(Qt::PreciseTimer);
-        m_timeOut.start(int(deadline.remainingTime()));
+        m_timeOut.start(std::chrono::milliseconds(deadline - now()));
     }
 
 private:
@@ -250,7 +248,7 @@ private:
     QNetworkReply *const m_reply;
     const HttpLimits m_limits;
     Finished m_finished;
-    QTimer m_timeOut;
+    Timer m_timeOut{Timer::Kind::Single};
     HttpAnswer m_answer;
     std::optional<Gunzip> m_gunzip;
     qint64 m_received = 0;
@@ -312,7 +310,7 @@ void HttpClient::startNext()
     if (origin.inFlight == maxInFlight)
         origin.pending.push_back(std::move(call));
     else
-        start(call, {url, QDeadlineTimer(m_limits.total)});
+        start(call, {url, now() + m_limits.total.count()});
 }
 
 void HttpClient::start(const Call &call, const RedirectState &state)

@@ -3,7 +3,6 @@
 
 #include <ZNTAds/ZNTError.h>
 
-#include <QDeadlineTimer>
 #include <QNetworkAccessManager>
 #include <QNetworkCookieJar>
 #include <QObject>
@@ -94,7 +93,7 @@ private:
     struct RedirectState
     {
         QUrl url;
-        QDeadlineTimer deadline;
+        qint64 deadline; // of now()
         int count = 0;
     };
     void enqueue(Call call);

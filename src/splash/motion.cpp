@@ -2,13 +2,13 @@
 
 #include "splash/backends.h"
 #include "splash/motionbackend.h"
+#include "support/clock.h"
 
 namespace znt {
 
 Motion::Motion(QObject *parent)
     : QObject(parent)
 {
-    m_clock.start();
     withMotionBackend(this, [this](MotionBackend &backend) { listenTo(backend); });
 }
 
@@ -30,7 +30,7 @@ bool Motion::takePitch(double pitch)
 
 void Motion::takeAcceleration(double strength)
 {
-    if (m_shake.add(strength, m_clock.elapsed()))
+    if (m_shake.add(strength, now()))
         Q_EMIT shaken();
 }
 

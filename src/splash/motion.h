@@ -3,7 +3,6 @@
 
 #include "splash/motiondetector.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 
 #include <memory>
@@ -35,7 +34,6 @@ private:
     std::unique_ptr<QObject> m_sensors;
     TiltDetector m_tilt;
     ShakeDetector m_shake;
-    QElapsedTimer m_clock; // not every sensor gives its readings a time
 };
 
 } // namespace znt

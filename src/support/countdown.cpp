@@ -7,10 +7,9 @@ namespace znt {
 
 Countdown::Countdown(QObject *parent)
     : QObject(parent)
+    , m_timer(Timer::Kind::Repeated)
 {
-    m_timer.setTimerType(Qt::PreciseTimer);
-    m_timer.setInterval(std::chrono::seconds(1));
-    connect(&m_timer, &QTimer::timeout, this, [this] {
+    connect(&m_timer, &Timer::timeout, this, [this] {
         if (m_remaining <= 1)
             stop();
         setRemaining(m_remaining - 1);
@@ -20,7 +19,7 @@ Countdown::Countdown(QObject *parent)
 
 void Countdown::start(qint64 seconds)
 {
-    m_timer.start();
+    m_timer.start(std::chrono::seconds(1));
     setRemaining(seconds);
 }
 

@@ -1,9 +1,7 @@
 // Counts whole seconds down to zero.
 #pragma once
 
-#include <ZNTAds/ZNTAdsGlobal.h>
-
-#include <QTimer>
+#include "support/clock.h"
 
 namespace znt {
 
@@ -27,7 +25,7 @@ Q_SIGNALS:
     void ticked(qint64 remaining);
 
 private:
-    QTimer m_timer;
+    Timer m_timer;
     qint64 m_remaining = 0;
 };
 

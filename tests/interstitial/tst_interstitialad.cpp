@@ -14,6 +14,7 @@ class TestInterstitialAd : public QObject
 
 private:
     TrustedExchange exchange;
+    RunningClock clock;
 
     std::unique_ptr<ZNTInterstitialAd> shown(
         QQuickItem *screen, Host *host, const QByteArray &ad = "{}")
@@ -26,7 +27,11 @@ private:
     }
 
 private slots:
-    void init() { failOnWarnings(); }
+    void init()
+    {
+        failOnWarnings();
+        clock.setSpeed(1);
+    }
 
     void laysOut()
     {
@@ -123,7 +128,8 @@ private slots:
             &window, Qt::LeftButton, {}, window.centre("bottomInfoView") + QPoint(100, 0));
         QTRY_COMPARE(host.heard, QStringList({"visible", "click", "click"}));
 
-        QVERIFY(QTest::qWaitFor(closable, 7000));
+        clock.setSpeed(20);
+        QTRY_VERIFY(closable());
         QCOMPARE(titles, QStringList({"5", "4", "3", "2", "1", "关闭"}));
         window.tap("skipButton");
         window.tap("skipButton"); // a double click closes once
@@ -132,7 +138,8 @@ private slots:
         QVERIFY(!window.subview("containerView") && !ad->adView() && !ad->isReady());
 
         QTRY_COMPARE(otherAd->remainingTime(), 0);
-        QVERIFY(!QTest::qWaitFor([&] { return otherAd->remainingTime() < 0; }, 1200));
+        clock.advance(3s);
+        QCOMPARE(otherAd->remainingTime(), 0);
         for (const bool onSkipButton : {true, false, true}) {
             QTest::keyClick(&other, Qt::Key_Tab);
             QCOMPARE(other.subview("skipButton")->hasActiveFocus(), onSkipButton);
@@ -193,6 +200,7 @@ private slots:
     {
         QFETCH(QString, after);
         QFETCH(QString, gone);
+        clock.setSpeed(20);
         auto window = std::make_unique<ScreenWindow>();
         auto host = std::make_unique<Host>();
         auto ad =
@@ -226,7 +234,7 @@ private slots:
             QTRY_VERIFY(!container);
         if (host && ad && !ad->isReady())
             QTRY_COMPARE(host->heard.last(), "auto-closed");
-        QTest::qWait(350); // whatever still runs
+        clock.advance(350ms); // whatever still runs
     }
 };
 

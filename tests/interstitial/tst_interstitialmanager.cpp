@@ -56,6 +56,7 @@ private slots:
     {
         failOnWarnings();
         exchange.forgetRequests();
+        application.clock.setSpeed(1);
         application.opened.clear();
         log = std::make_unique<LogLines>();
     }
@@ -129,6 +130,7 @@ private slots:
         QTRY_VERIFY(hits("/t/dp") == 1 && hits("/t/click") == 1);
         QVERIFY(lines().contains("INFO Click URLs - h5url: /landing/x, deepLinkUrl: zntdemo:x"));
 
+        application.clock.setSpeed(20);
         stage.manager.interstitialAd()->dismissWithAutoClose(false);
         QTRY_COMPARE(heard.last(), "closed");
         QTRY_COMPARE(heard.last(), "auto-closed"); // and once more
@@ -179,6 +181,7 @@ private slots:
 
     void mayBeDestroyedByEveryCall()
     {
+        application.clock.setSpeed(20);
         for (const QString event : {"load", "visible", "click", "other", "auto-closed", "-1003"}) {
             ScreenWindow window;
             Host host;
@@ -200,7 +203,7 @@ private slots:
             QTRY_VERIFY2(!manager, qPrintable(event));
             const QStringList heard = host.heard;
             QVERIFY(!window.subview("containerView"));
-            QTest::qWait(400); // whatever still runs
+            application.clock.advance(400ms); // whatever still runs
             QCOMPARE(host.heard, heard);
             QVERIFY(window.screen->childItems().isEmpty());
         }

@@ -90,6 +90,7 @@ public:
 
     QStringList opened;
     bool opensDeepLinks = true;
+    RunningClock clock;
 };
 
 // Long enough for every check of what is visible to have looked.
@@ -98,7 +99,7 @@ inline void twoTicks()
     int ticks = 0;
     VisibilityTimer timer([&ticks](auto &) { ++ticks; });
     timer.start();
-    QTRY_COMPARE_WITH_TIMEOUT(ticks, 2, 5000);
+    QTRY_VERIFY(ticks >= 2);
 }
 
 } // namespace znt::test

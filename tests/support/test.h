@@ -3,10 +3,21 @@
 
 #include "pch.h"
 
+#include <ZNTAdsTesting/ZNTTestClock.h>
+
 #include <QSignalSpy>
 #include <QTest>
 
 namespace znt::test {
+
+using namespace std::chrono_literals;
+
+// The library's time at its usual speed, until a test has it go faster.
+class RunningClock : public ZNTTestClock
+{
+public:
+    RunningClock() { setSpeed(1); }
+};
 
 // Every warning of Qt or QML that a test does not expect fails it.
 inline void failOnWarnings()
