@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing. Usage: scripts/setup.sh [build] [lint] [bench] [art]
+# Installs the Debian packages that are missing. Usage: scripts/setup.sh [build] [lint] [bench] [fuzz] [art]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -14,6 +14,7 @@ build=(
     nghttp2-server openssl
 )
 lint=(clang-format clang-tidy clazy doxygen)
+fuzz=(clang libclang-rt-dev)
 art=(librsvg2-bin pngquant zopfli ffmpeg fonts-noto-cjk)
 bench=(libbenchmark-dev libspdlog-dev libopencv-imgproc-dev)
 
@@ -23,6 +24,7 @@ for group in "${@:-build}"; do
         build) wanted+=("${build[@]}") ;;
         lint) wanted+=("${lint[@]}") ;;
         bench) wanted+=("${bench[@]}") ;;
+        fuzz) wanted+=("${fuzz[@]}") ;;
         art) wanted+=("${art[@]}") ;;
         *) echo "setup.sh: unknown group '$group'" >&2; exit 2 ;;
     esac

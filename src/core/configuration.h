@@ -8,6 +8,7 @@
 namespace znt {
 
 // The first of its "ixCtrlArgs"; nothing when there is no such object.
-std::optional<ZNTInteractionCtrlArg> interactionCtrlArgOf(const QJsonObject &configuration);
+ZNTADS_INTERNAL std::optional<ZNTInteractionCtrlArg> interactionCtrlArgOf(
+    const QJsonObject &configuration);
 
 } // namespace znt

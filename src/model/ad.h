@@ -56,7 +56,7 @@ struct Ad
 ZNTADS_INTERNAL std::optional<QJsonArray> adsOfAnswer(const QJsonValue &answer);
 ZNTADS_INTERNAL Ad readAd(const QJsonObject &ad);
 // The first ad of such an answer.
-std::optional<Ad> readFirstAd(const QJsonValue &answer);
+ZNTADS_INTERNAL std::optional<Ad> readFirstAd(const QJsonValue &answer);
 
 // One of the ad's texts whose type is among the given ones, each with the same chance. A null
 // string when there is none.

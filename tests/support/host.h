@@ -28,8 +28,8 @@ protected:
     void hear(const QString &what)
     {
         heard.append(what);
-        if (then)
-            then(what);
+        if (const auto next = then) // a copy: it may destroy its host
+            next(what);
     }
 };
 
