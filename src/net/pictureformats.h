@@ -8,7 +8,7 @@ namespace znt {
 
 inline bool isWithinLimit(qint64 width, qint64 height, int weight = 1)
 {
-    return width > 0 && height > 0 && width * height <= maximumPixels / weight;
+    return width > 0 && height > 0 && width <= maximumPixels / weight / height;
 }
 
 QByteArray drawingPng(ByteReader in);

@@ -381,7 +381,8 @@ private:
         feed.setDelegate(&host);
         feed.handleAdResponse(exchange.answer("feed"));
         const ZNTFeedAdDataPtr ad = feed.loadedAdDataArray().first();
-        auto *view = qobject_cast<ZNTFeedAdView *>(feed.createAdViewWithStyle(3, {375, 200}));
+        const std::unique_ptr<QQuickItem> item(feed.createAdViewWithStyle(3, {375, 200}));
+        auto *view = qobject_cast<ZNTFeedAdView *>(item.get());
         view->setupWithAdsData(ad);
         feed.registerAdForView(view, ad);
         view->setParentItem(window.contentItem());
@@ -392,7 +393,6 @@ private:
         for (int i = 0; i < count; ++i)
             oneCycle();
         QTRY_VERIFY(Holdings().handles < 200); // connections that are being closed
-        QTest::qWait(3000);
     }
 
 private slots:
