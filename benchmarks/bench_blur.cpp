@@ -1,4 +1,6 @@
 // The blur of a full-screen creative beside OpenCV's on one thread, on the same pixels.
+#include "slice.h"
+
 #include "ui/blur.h"
 
 #include <benchmark/benchmark.h>
@@ -29,12 +31,6 @@ double milliseconds(const Work &work)
     work();
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
         .count();
-}
-
-double median(std::vector<double> values)
-{
-    std::ranges::sort(values);
-    return values.empty() ? 0 : values[values.size() / 2];
 }
 
 // The two take turns, so that whatever else the machine does falls on both.

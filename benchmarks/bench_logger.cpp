@@ -1,5 +1,7 @@
 // What a log line costs the thread that logs it, beside an asynchronous spdlog line of the same
 // form.
+#include "slice.h"
+
 #include "diagnostics/log.h"
 
 #include <benchmark/benchmark.h>
@@ -54,12 +56,6 @@ void awaitSize(const QString &path, qint64 size)
 {
     while (QFileInfo(path).size() < size)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-}
-
-double median(std::vector<double> values)
-{
-    std::ranges::sort(values);
-    return values.empty() ? 0 : values[values.size() / 2];
 }
 
 class Peer

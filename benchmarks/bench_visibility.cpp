@@ -28,7 +28,7 @@ public:
             list = item(list, {400, 800});
         list->setY(56); // under a header
         list->setClip(true);
-        QQuickItem *content = item(list, {400, 200.0 * rows});
+        content = item(list, {400, 200.0 * rows});
         for (int i = 0; i < rows; ++i) {
             QQuickItem *row = item(content, {375, 200});
             row->setPosition({375 * -0.6, 2.0 * i / rows}); // too little of it to count
@@ -37,6 +37,7 @@ public:
     }
 
     QList<QQuickItem *> ads;
+    QQuickItem *content = nullptr;
 
 private:
     static QQuickItem *item(QQuickItem *parent, const QSizeF &size)
@@ -94,6 +95,7 @@ void oneAdOfAList(benchmark::State &state)
 }
 
 // The main thread's work in a tenth of a second.
+template <bool scrolls>
 void pendingAds(benchmark::State &state)
 {
     const Feed feed(int(state.range(0)), 16);
@@ -107,6 +109,8 @@ void pendingAds(benchmark::State &state)
     QCoreApplication::processEvents();
     for (auto _ : state) {
         QThread::msleep(100);
+        if (scrolls)
+            feed.content->setY(feed.content->y() == 0 ? -0.5 : 0);
         const double begin = threadSeconds();
         QCoreApplication::processEvents();
         state.SetIterationTime(threadSeconds() - begin);
@@ -120,7 +124,13 @@ void pendingAds(benchmark::State &state)
 BENCHMARK(oneAd<znt::visibleShare>)->Name("one_ad/ours")->ArgName("depth")->Arg(8)->Arg(16);
 BENCHMARK(oneAd<mappedShare>)->Name("one_ad/mapRectToItem")->ArgName("depth")->Arg(8)->Arg(16);
 BENCHMARK(oneAdOfAList)->Name("one_ad_of_100/ours")->ArgName("depth")->Arg(8)->Arg(16);
-BENCHMARK(pendingAds)
+BENCHMARK(pendingAds<true>)
+    ->Name("scrolling_ads_tick")
+    ->Arg(1'000)
+    ->UseManualTime()
+    ->Iterations(100)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(pendingAds<false>)
     ->Name("pending_ads_tick")
     ->Arg(0)
     ->Arg(1'000)

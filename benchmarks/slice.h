@@ -1,9 +1,10 @@
-// How long a piece of work held its thread.
+// How long a piece of work held its thread, and the middle of several times.
 #pragma once
 
 #include <algorithm>
 #include <chrono>
 #include <ctime>
+#include <vector>
 
 // Seconds of the processor that this thread has used.
 inline double threadSeconds()
@@ -43,3 +44,9 @@ struct Longest
     double milliseconds = 0;
     double processorMilliseconds = 0;
 };
+
+inline double median(std::vector<double> values)
+{
+    std::ranges::sort(values);
+    return values.empty() ? 0 : values[values.size() / 2];
+}

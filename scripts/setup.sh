@@ -16,7 +16,7 @@ build=(
 lint=(clang-format clang-tidy clazy doxygen)
 fuzz=(clang libclang-rt-dev)
 art=(librsvg2-bin pngquant zopfli ffmpeg fonts-noto-cjk)
-bench=(libbenchmark-dev libspdlog-dev libopencv-imgproc-dev)
+bench=(python3 libbenchmark-dev libspdlog-dev libopencv-imgproc-dev)
 
 wanted=()
 for group in "${@:-build}"; do

@@ -65,6 +65,8 @@ void ExposureChecks::ended(Check *check, VisibilityWatch::End how)
 // An ad without an id is never taken for another.
 bool ExposureChecks::isReported(const ZNTFeedAdData &record) const
 {
+    if (m_reportedAdIds.isEmpty()) // and the record need not be looked at
+        return false;
     const QString adId = record.adId();
     return !adId.isNull() && m_reportedAdIds.contains(adId);
 }

@@ -4,6 +4,7 @@
 #include "support/test.h"
 
 #include <ZNTAds/ZNTAdsSDK.h>
+#include <ZNTAds/ZNTLogManager.h>
 
 #include <QDirIterator>
 #include <QNetworkProxy>
@@ -27,6 +28,7 @@ void begin()
     // Nothing leaves this machine: whatever address the bytes name, the proxy refuses it.
     QNetworkProxy::setApplicationProxy({QNetworkProxy::HttpProxy, "127.0.0.1", 1});
     ZNTAdsSDK::setLogEnabled(false);
+    ZNTLogManager::sharedInstance()->setErrorReportsEnabled(false);
     ZNTAdsSDK::setUrlOpener([](const QUrl &) { return true; });
 }
 
@@ -43,6 +45,8 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
 extern "C" int LLVMFuzzerTestOneInput(const char *data, std::size_t size)
 {
     enter(QByteArray(data, qsizetype(size)));
+    if (static int entered = 0; ++entered % 64 == 0)
+        QCoreApplication::processEvents();
     return 0;
 }
 #else
