@@ -13,7 +13,6 @@ inline void useSandbox(const QStringList &arguments)
         return;
     ZNTAdsSDK::setEndpoints(QUrl(arguments.at(1)), QUrl(arguments.at(2)));
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.setCaCertificates(
-        QSslConfiguration::systemCaCertificates() + QSslCertificate::fromPath(arguments.at(3)));
+    configuration.addCaCertificates(arguments.at(3));
     QSslConfiguration::setDefaultConfiguration(configuration);
 }

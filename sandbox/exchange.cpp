@@ -242,10 +242,7 @@ bool Exchange::isSignedRight(const Request &request) const
 void trust(const QSslCertificate &ca)
 {
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    QList<QSslCertificate> trusted = configuration.caCertificates();
-    if (trusted.isEmpty())
-        trusted = QSslConfiguration::systemCaCertificates();
-    configuration.setCaCertificates(trusted << ca);
+    configuration.addCaCertificate(ca);
     QSslConfiguration::setDefaultConfiguration(configuration);
 }
 

@@ -64,8 +64,8 @@ void settleApplication(const Options &options)
 
     if (!options.authorities.isEmpty()) {
         QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-        configuration.setCaCertificates(
-            QSslConfiguration::systemCaCertificates() + options.authorities);
+        configuration.addCaCertificates(
+            options.authorities); // Qt reads the system's when it needs them
         QSslConfiguration::setDefaultConfiguration(configuration);
     }
 }

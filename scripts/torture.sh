@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# The long forms of the tests that try to break the library, and one summary table. Hours; what is named runs alone.
+# Usage: scripts/torture.sh [lives] [soak] [fuzz] [threads] [flakes]   (all)
+#   lives    5,000 random lives under the address and undefined-behaviour sanitizers
+#   soak     10,000 cycles of all formats in one process
+#   fuzz     10 minutes at each door
+#   threads  what the thread sanitizer is asked about
+#   flakes   every test 50 times
+set -euo pipefail
+cd "$(dirname "$0")/.."
+wanted=("$@")
+[ ${#wanted[@]} -gt 0 ] || wanted=(lives soak fuzz threads flakes)
+logs=build/torture
+mkdir -p "$logs"
+
+# test PRESET CTEST_ARGUMENT…
+test() {
+    cmake --preset "$1" >/dev/null
+    cmake --build --preset "$1" >/dev/null
+    ctest --preset "$1" --timeout 14400 "${@:2}"
+}
+
+lives() { ZNTADS_LIVES=5000 ZNTADS_CYCLES=100 ZNTADS_SEED=${ZNTADS_SEED:-$RANDOM} test asan -V -R core/lives; }
+soak() { ZNTADS_LIVES=1 ZNTADS_CYCLES=10000 test dev -V -R core/lives; }
+fuzz() { scripts/fuzz.sh 600; }
+threads() { test tsan; }
+flakes() { test dev -E consumer --repeat until-fail:50 -j "$(nproc)"; }
+
+scripts/setup.sh build
+failed=0
+summary=()
+for name in "${wanted[@]}"; do
+    case $name in lives | soak | fuzz | threads | flakes) ;; *) echo "torture.sh: no '$name'" >&2; exit 2 ;; esac
+    echo "== $name"
+    begun=$SECONDS result=ok
+    "$name" >"$logs/$name.log" 2>&1 || { result=FAILED; failed=1; }
+    told=$(grep -hoE '[0-9]+ lives from seed [0-9]+|[0-9]+ cycles: .*|tests passed.*|^(ad|configuration|http|picture|records|url) .*' \
+        "$logs/$name.log" | paste -sd';' | cut -c1-300 || true)
+    summary+=("$(printf '%-8s %-7s %6d s  %s' "$name" "$result" $((SECONDS - begun)) "$told")")
+done
+printf '%s\n' "" "${summary[@]}" "The logs are in $logs."
+exit $failed
