@@ -17,11 +17,20 @@ mkdir -p "$logs"
 test() {
     cmake --preset "$1" >/dev/null
     cmake --build --preset "$1" >/dev/null
-    ctest --preset "$1" --timeout 14400 "${@:2}"
+    ctest --preset "$1" "${@:2}"
 }
 
-lives() { ZNTADS_LIVES=5000 ZNTADS_CYCLES=100 ZNTADS_SEED=${ZNTADS_SEED:-$RANDOM} test asan -V -R core/lives; }
-soak() { ZNTADS_LIVES=1 ZNTADS_CYCLES=10000 test dev -V -R core/lives; }
+# live PRESET LIVES CYCLES
+live() {
+    cmake --preset "$1" >/dev/null
+    cmake --build --preset "$1" --target tst_lives >/dev/null
+    HOME=$(mktemp -d) QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 LSAN_OPTIONS=suppressions=tests/lsan.supp \
+        ZNTADS_SEED=${ZNTADS_SEED:-$RANDOM} ZNTADS_LIVES=$2 ZNTADS_CYCLES=$3 QTEST_FUNCTION_TIMEOUT=14400000 \
+        "build/$1/tests/tst_lives"
+}
+
+lives() { live asan 5000 100; }
+soak() { live dev 1 10000; }
 fuzz() { scripts/fuzz.sh 600; }
 threads() { test tsan; }
 flakes() { test dev -E consumer --repeat until-fail:50 -j "$(nproc)"; }

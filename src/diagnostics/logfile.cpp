@@ -42,8 +42,13 @@ void LogFile::removeOld() const
     }
 }
 
+// A folder that has vanished is made again, and what could not be opened is tried once more. A file
+// that somebody has deleted is not missed.
 void LogFile::append(const QByteArray &text)
 {
+    if (!QFileInfo::exists(QFileInfo(m_file).path()))
+        m_file.close();
+    open();
     if (!m_file.isOpen())
         return;
     m_file.write(text);

@@ -246,6 +246,26 @@ private slots:
         QVERIFY(!QDir(home.filePath("Documents")).exists());
     }
 
+    // The folder goes, and something else is in its place for a while.
+    void writesAgainOnceItCan()
+    {
+        logger()->setLogEnabled(true);
+        logger()->flushLogBuffer();
+        const QString path = logger()->currentLogFilePath();
+        QDir folder = QFileInfo(path).dir();
+        QVERIFY(folder.removeRecursively());
+        logger()->logInfo("made again");
+        QTRY_VERIFY(contents(path).endsWith("made again\n"));
+        QVERIFY(folder.removeRecursively());
+        saved(folder.path(), "a file");
+        logger()->logInfo("lost");
+        logger()->flushLogBuffer();
+        QTest::qWait(100);
+        QVERIFY(QFile::remove(folder.path()));
+        logger()->logInfo("kept");
+        QTRY_VERIFY(contents(path).endsWith("kept\n"));
+    }
+
     // Standard error is a pipe that nobody reads, or has closed; the log file is one.
     void endsThoughNobodyReads()
     {
