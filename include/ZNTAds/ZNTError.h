@@ -19,6 +19,7 @@ class ZNTADS_EXPORT ZNTError
 
 public:
     ZNTError() = default;
+    /// For a host that has errors of its own to hand on, too.
     ZNTError(const QString &domain, int code, const QString &localizedDescription)
         : m_domain(domain)
         , m_code(code)
@@ -26,6 +27,8 @@ public:
     {
     }
 
+    /// Who failed, and its number for that: the guide to errors lists all. Empty and 0 in a default
+    /// one.
     QString domain() const { return m_domain; }
     int code() const { return m_code; }
     /// The human-readable text, in the language in which the library has it.

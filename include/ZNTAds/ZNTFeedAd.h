@@ -14,7 +14,6 @@ class ZNTFeedManager;
 class ZNTADS_EXPORT ZNTFeedAd
 {
     Q_GADGET
-    /// Whether there is a record.
     Q_PROPERTY(bool valid READ isValid)
     Q_PROPERTY(QString adId READ adId)
     Q_PROPERTY(QString title READ title)
@@ -23,7 +22,6 @@ class ZNTADS_EXPORT ZNTFeedAd
     Q_PROPERTY(QString sourceLogo READ sourceLogo)
     Q_PROPERTY(QString h5url READ h5url)
     Q_PROPERTY(QString deepLinkUrl READ deepLinkUrl)
-    /// The template's number, a ZNTFeedManager::AdStyle.
     Q_PROPERTY(qint64 style READ style)
     QML_VALUE_TYPE(feedAdData)
 
@@ -33,12 +31,15 @@ public:
     /// manager the ad is shown and can be clicked and closed, but nobody looks whether it is seen.
     ZNTFeedAd(const ZNTFeedAdDataPtr &adData, ZNTFeedManager *manager);
 
+    /// Whether there is a record.
     bool isValid() const { return d != nullptr; }
     /// The record; null in a null value.
     ZNTFeedAdDataPtr adData() const;
     /// The manager, or null when it was destroyed or there was none.
     ZNTFeedManager *manager() const;
 
+    /// As in the record, see ZNTFeedAdData; null, or empty, in a null value. The style is the
+    /// template's number, a ZNTFeedManager::AdStyle.
     QString adId() const { return record().adId(); }
     QString title() const { return record().title(); }
     QStringList imageUrls() const { return record().imageUrls(); }

@@ -16,6 +16,8 @@ public:
     ZNTFeedAdData() = default;
     Q_DISABLE_COPY_MOVE(ZNTFeedAdData)
 
+    /// Tells what was reported as seen, and goes into negative feedback. An ad without one is never
+    /// taken for another.
     QString adId() const { return m_adId; }
     void setAdId(const QString &adId) { m_adId = adId; }
     /// One of the texts that the answer offered.

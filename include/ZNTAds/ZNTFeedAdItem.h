@@ -35,6 +35,8 @@ public:
     explicit ZNTFeedAdItem(QQuickItem *parent = nullptr);
     ~ZNTFeedAdItem() override;
 
+    /// What it shows; a null one shows nothing. Setting another one while the item is on screen
+    /// watches that one from then on.
     ZNTFeedAd ad() const;
     void setAd(const ZNTFeedAd &ad);
     QVariant adDataVariant() const;

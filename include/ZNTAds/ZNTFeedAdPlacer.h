@@ -22,6 +22,7 @@ class ZNTADS_EXPORT ZNTFeedAdPlacer : public QAbstractProxyModel
     QML_NAMED_ELEMENT(FeedAdPlacer)
 
 public:
+    /// Beside the source's own roles: "isAd" and "adData" in QML.
     enum Role { IsAdRole = 0x5a4e54, AdDataRole };
 
     explicit ZNTFeedAdPlacer(QObject *parent = nullptr);

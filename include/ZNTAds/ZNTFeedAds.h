@@ -23,6 +23,7 @@ class ZNTADS_EXPORT ZNTFeedAds : public QAbstractListModel
     QML_NAMED_ELEMENT(FeedAds)
 
 public:
+    /// A ZNTFeedAd, "adData" in QML.
     enum Role { AdDataRole = Qt::UserRole };
 
     explicit ZNTFeedAds(QObject *parent = nullptr);
