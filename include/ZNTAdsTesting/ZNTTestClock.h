@@ -1,7 +1,5 @@
 #pragma once
 
-#include <ZNTAdsTesting/ZNTAdsTestingGlobal.h>
-
 #include <chrono>
 #include <memory>
 
@@ -19,7 +17,7 @@
 /// @endcode
 /// Make it before the ad is loaded: what runs already goes on in real time. One at a time, main
 /// thread.
-class ZNTADSTESTING_EXPORT ZNTTestClock
+class ZNTTestClock
 {
 public:
     ZNTTestClock();

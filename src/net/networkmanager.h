@@ -1,6 +1,8 @@
 // Network access managers that can be let go at any moment, whatever a server does to them.
 #pragma once
 
+#include <ZNTAds/ZNTAdsGlobal.h>
+
 #include <QNetworkAccessManager>
 #include <QUrl>
 
@@ -18,6 +20,6 @@ namespace znt {
 std::shared_ptr<QNetworkAccessManager> makeNetworkManager(const QUrl &origin);
 
 // Waits until the managers that were let go are destroyed, but no longer than that.
-void waitForDiscardedManagers(std::chrono::milliseconds most);
+ZNTADS_INTERNAL void waitForDiscardedManagers(std::chrono::milliseconds most);
 
 } // namespace znt

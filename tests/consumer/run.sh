@@ -23,6 +23,7 @@ run_hosts() { # BUILD_DIR
     run "$1/cpphost" "$https" "$http" "$ca"
     run "$1/qmlonly"
     run "$1/qmlhost" "$http/creatives/video.mp4"
+    [ ! -e "$1/hosttest" ] || run "$1/hosttest" >test.log || { cat test.log; return 1; }
 }
 common=("${@:5}")
 

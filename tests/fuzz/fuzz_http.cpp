@@ -2,6 +2,7 @@
 #include "door.h"
 
 #include "net/httpclient.h"
+#include "net/networkmanager.h"
 #include "support/test.h"
 
 #include <QTcpServer>
@@ -37,9 +38,10 @@ void enter(const QByteArray &bytes)
     static Server server;
     QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
     server.said = bytes;
-    HttpClient client({.total = std::chrono::milliseconds(500), .bytes = 1024 * 1024});
+    auto client = std::make_unique<HttpClient>(
+        HttpLimits{.total = std::chrono::milliseconds(500), .bytes = 1024 * 1024});
     int answers = 0;
-    client.send({.url = QString("http://127.0.0.1:%1/").arg(server.serverPort())},
+    client->send({.url = QString("http://127.0.0.1:%1/").arg(server.serverPort())},
         [&answers](const HttpAnswer &answer) {
             if (answer.body.size() > 1024 * 1024)
                 qFatal("a body of %lld bytes", qlonglong(answer.body.size()));
@@ -47,4 +49,6 @@ void enter(const QByteArray &bytes)
         });
     while (answers == 0)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    client.reset();
+    waitForDiscardedManagers(std::chrono::seconds(5));
 }
