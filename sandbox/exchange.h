@@ -102,7 +102,7 @@ private:
 };
 
 /// Makes every https connection that this process opens from now on, and that sets no
-/// configuration of its own, trust this authority besides the system's.
+/// configuration of its own, trust this authority, and none of the system's.
 void trust(const QSslCertificate &ca);
 
 } // namespace sandbox

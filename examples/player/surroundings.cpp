@@ -64,8 +64,9 @@ void settleApplication(const Options &options)
 
     if (!options.authorities.isEmpty()) {
         QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-        configuration.addCaCertificates(
-            options.authorities); // Qt reads the system's when it needs them
+        // Qt looks up the system's by itself no more, once there are others.
+        configuration.setCaCertificates(
+            QSslConfiguration::systemCaCertificates() + options.authorities);
         QSslConfiguration::setDefaultConfiguration(configuration);
     }
 }
