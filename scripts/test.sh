@@ -7,4 +7,4 @@ preset=${1:-dev}
 scripts/setup.sh build
 cmake --preset "$preset"
 cmake --build --preset "$preset"
-ctest --preset "$preset" -j "$(nproc)"
+ctest --preset "$preset" -j "$(($(nproc) + 1))" # most of them wait most of the time
