@@ -44,13 +44,23 @@ struct Answer
         Endless,   // the body, then noise until the client has had enough
     };
 
+    // What a server says that is none: `begin`, then `repeated` without end or, where that is
+    // empty, nothing more. The connection is closed then, or left open.
+    struct Wire
+    {
+        QByteArray begin;
+        QByteArray repeated = {};
+        bool closes = true;
+    };
+
     QByteArray body = {};
     QByteArray contentType = "application/json; charset=UTF-8";
     int status = 200;
     Headers headers = {}; // besides the content's type and length
     std::chrono::milliseconds delay{0};
     Delivery delivery = Delivery::Whole;
-    bool gzip = false; // the body goes out gzip encoded
+    bool gzip = false;             // the body goes out gzip encoded
+    std::optional<Wire> wire = {}; // goes out in place of all of it
 };
 
 QByteArray gzipped(const QByteArray &data);

@@ -137,6 +137,27 @@ Answer withStatus(int status)
     return answer;
 }
 
+Answer saying(const Answer::Wire &wire)
+{
+    return {.wire = wire};
+}
+
+// Gzip that is cut short, or whose checksum or length, the last eight bytes, is another.
+Answer zippedWrong(qsizetype cut, qsizetype changed)
+{
+    Answer answer = notReallyZipped();
+    answer.body = gzipped(answer.body);
+    answer.body.chop(cut);
+    if (changed > 0)
+        answer.body[answer.body.size() - changed] ^= char(0x5a);
+    return answer;
+}
+
+Answer leadingTo(const QByteArray &location)
+{
+    return {.status = 307, .headers = {{"Location", location}}};
+}
+
 using Builder = std::function<Answer()>;
 
 QMap<QString, Builder> faults()
@@ -146,6 +167,22 @@ QMap<QString, Builder> faults()
         {u"dripping"_s, [] { return delivered(Delivery::Dripping); }},
         {u"dropped"_s, [] { return delivered(Delivery::Dropped); }},
         {u"truncated"_s, [] { return delivered(Delivery::Truncated); }},
+        {u"dropped-in-head"_s, [] { return saying({.begin = "HTTP/1.1 200 OK\r\nContent-Ty"}); }},
+        {u"dropped-after-head"_s,
+            [] { return saying({.begin = "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n"}); }},
+        {u"silent-after-head"_s,
+            [] {
+                return saying(
+                    {.begin = "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n", .closes = false});
+            }},
+        {u"endless-head"_s,
+            [] { return saying({.begin = "HTTP/1.1 200 OK\r\n", .repeated = "X: 1\r\n"}); }},
+        {u"endless-100"_s,
+            [] { return saying({.begin = {}, .repeated = "HTTP/1.1 100 Continue\r\n\r\n"}); }},
+        {u"not-http"_s, [] { return saying({.begin = "SSH-2.0-OpenSSH_9.2\r\n"}); }},
+        {u"redirect-loop"_s, [] { return leadingTo("/s/req2.do"); }},
+        {u"redirect-downgrade"_s, [] { return leadingTo("http://localhost/s/req2.do"); }},
+        {u"redirect-file"_s, [] { return leadingTo("file:///etc/hostname"); }},
         {u"empty-body"_s, [] { return Answer{}; }},
         {u"not-json"_s, [] { return Answer{.body = "<html>Bad gateway</html>"}; }},
         {u"not-object"_s, [] { return Answer{.body = R"([{"code":200,"data":[]}])"}; }},
@@ -160,6 +197,10 @@ QMap<QString, Builder> faults()
         {u"gzip"_s, [] { return zipped(carrying({splashAd()})); }},
         {u"gzip-bomb"_s, [] { return zipped(padded(QByteArray(64 * 1024 * 1024, 'x'))); }},
         {u"gzip-broken"_s, notReallyZipped},
+        {u"gzip-truncated"_s, [] { return zippedWrong(40, 0); }},
+        {u"gzip-wrong-checksum"_s, [] { return zippedWrong(0, 8); }},
+        {u"gzip-wrong-length"_s, [] { return zippedWrong(0, 1); }},
+        {u"gigantic"_s, [] { return padded(QByteArray(100 * 1024 * 1024, 'x')); }},
         {u"refused"_s,
             [] {
                 return jsonAnswer({{u"code"_s, 403}, {u"message"_s, u"position refused"_s}});

@@ -67,21 +67,33 @@ void drip(QTcpSocket *socket, const QByteArray &body)
     timer->start(1s);
 }
 
-void writeEndlessly(QTcpSocket *socket)
+void writeEndlessly(QTcpSocket *socket, const QByteArray &repeated)
 {
+    constexpr qint64 piece = 256 * 1024;
+    const QByteArray noise = repeated.repeated(piece / repeated.size());
     // From the event loop, one piece a turn, so that everybody else is served meanwhile.
     auto *timer = new QTimer(socket);
-    QObject::connect(timer, &QTimer::timeout, socket, [socket] {
-        constexpr qint64 piece = 256 * 1024;
-        if (socket->bytesToWrite() < piece)
-            socket->write(QByteArray(piece, '\x5a'));
+    QObject::connect(timer, &QTimer::timeout, socket, [socket, noise] {
+        if (socket->bytesToWrite() < noise.size())
+            socket->write(noise);
     });
     timer->start(1ms);
+}
+
+void write(QTcpSocket *socket, const Answer::Wire &wire)
+{
+    socket->write(wire.begin);
+    if (!wire.repeated.isEmpty())
+        writeEndlessly(socket, wire.repeated);
+    else if (wire.closes)
+        socket->disconnectFromHost();
 }
 
 void write(QTcpSocket *socket, const Answer &answer, bool headOnly, bool close)
 {
     using Delivery = Answer::Delivery;
+    if (answer.wire)
+        return write(socket, *answer.wire);
     if (answer.delivery == Delivery::Dropped)
         return socket->abort();
     socket->write(head(answer));
@@ -94,7 +106,7 @@ void write(QTcpSocket *socket, const Answer &answer, bool headOnly, bool close)
             break;
         case Delivery::Endless:
             socket->write(answer.body);
-            return writeEndlessly(socket);
+            return writeEndlessly(socket, "\x5a");
         default:
             socket->write(answer.body);
         }

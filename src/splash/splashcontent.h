@@ -59,7 +59,7 @@ private:
 
     QImage m_blurredPicture;
     QVariantList m_groundColors; // from top to bottom
-    bool m_hasArrived = false;    // the picture of the present setup
+    bool m_hasArrived = false;   // the picture of the present setup
     bool m_picturesDrawn = false;
     bool m_isVideo = false;
     QImage m_videoFrame;

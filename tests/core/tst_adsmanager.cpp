@@ -178,9 +178,17 @@ private slots:
 
     void faultsOfTheWire()
     {
-        QCOMPARE(failure("dropped")->domain(), "QNetworkReply");
-        QCOMPARE(exchange.requests("/s/req2.do").size(), 1);
-        QCOMPARE(failure("truncated")->domain(), "QNetworkReply");
+        for (const char *position :
+            {"dropped", "dropped-in-head", "dropped-after-head", "truncated", "not-http",
+                "redirect-downgrade", "redirect-file", "redirect-loop", "gzip-bomb", "gzip-broken",
+                "gzip-truncated", "gzip-wrong-checksum", "gzip-wrong-length", "gigantic"}) {
+            exchange.forgetRequests();
+            const std::optional<ZNTError> error = failure(position);
+            QVERIFY2(error && error->domain() == "QNetworkReply", position);
+            const bool isFollowed = qstrcmp(position, "redirect-loop") == 0;
+            QVERIFY2(exchange.requests("/s/req2.do").size() == (isFollowed ? 11 : 1), position);
+            QVERIFY2(!failure("splash"), position); // the next one is served
+        }
         QVERIFY(!failure("gzip"));
         QVERIFY(!failure("wrong-types"));
 
@@ -195,12 +203,20 @@ private slots:
         exchange.setSecret("s3cret");
     }
 
+    void aSilentExchangeIsGivenFifteenSeconds_data()
+    {
+        QTest::addColumn<QString>("position");
+        for (const char *position :
+            {"slow", "dripping", "silent-after-head", "endless-head", "endless-100"})
+            QTest::newRow(position) << position;
+    }
     void aSilentExchangeIsGivenFifteenSeconds()
     {
+        QFETCH(const QString, position);
         ZNTTestClock clock;
         std::optional<ZNTError> error;
         manager->requestAdWithPositionId(
-            "slow", 0, {}, [&error](const ZNTError &failure) { error = failure; });
+            position, 0, {}, [&error](const ZNTError &failure) { error = failure; });
         QVERIFY(exchange.waitForRequests("/s/req2.do", 1));
         clock.advance(14'999ms);
         QTest::qWait(20); // an answer would come from another thread

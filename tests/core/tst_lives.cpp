@@ -276,8 +276,8 @@ private:
     void tap()
     {
         if (QQuickWindow *window = any(m_windows); window && window->isExposed())
-            QTest::mouseClick(window, Qt::LeftButton, {},
-                {below(window->width()), below(window->height())});
+            QTest::mouseClick(
+                window, Qt::LeftButton, {}, {below(window->width()), below(window->height())});
     }
     void qml()
     {
