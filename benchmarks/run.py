@@ -38,7 +38,7 @@ def figures_of(folder, program, wanted):
     """One run of a program in a process of its own: its benchmarks by name."""
     answer = subprocess.run(
         [os.path.join(folder, "bench_" + program), "--benchmark_format=json", "--benchmark_filter=" + wanted],
-        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True)
+        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True, timeout=300)
     text = answer.stdout.decode()
     return {each["name"]: each for each in json.loads(text[text.index("{"):])["benchmarks"]}
 
@@ -71,7 +71,8 @@ def launches(folder, runs):
         where = [exchange["https"], exchange["http"], exchange["ca"]]
 
         def launch(arguments):
-            answer = subprocess.run([program, *arguments], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True)
+            answer = subprocess.run([program, *arguments], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True,
+                                    timeout=60)
             return [float(each) for each in answer.stdout.split()]
         launch(where)  # the caches are warm for both
         for _ in range(runs):
@@ -99,7 +100,11 @@ def main():
     for row in ROWS:
         if names and row[1] not in names:
             continue
-        tell(row[0], row[1], measured(folder, row, runs), row[4])
+        try:
+            tell(row[0], row[1], measured(folder, row, runs), row[4])
+        except (subprocess.SubprocessError, StopIteration, ValueError) as error:
+            print(f"{row[0]:44}FAILED: {error!r:.100}", flush=True)
+            results.append({"name": row[0], "program": row[1], "ok": False, "error": repr(error)})
     if not names or "launch" in names:
         times, memories = launches(folder, max(runs, 5))
         tell("launch to exposure, beyond bare + 100 (ms)", "launch", times, 45)
@@ -107,6 +112,7 @@ def main():
     with open(path, "w", encoding="utf-8") as file:
         json.dump(results, file, indent=2, ensure_ascii=False)
     print(path)
+    return 0 if all(each["ok"] for each in results) else 1
 
 
-main()
+sys.exit(main())

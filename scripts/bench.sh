@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs every benchmark, or those of the programs that are named, with its peer in the same run, and prints one
 # table: the median of the runs, from the least to the most, beside the limit. The figures are kept as JSON in
-# build/bench/bench.json. On a machine at rest. Usage: scripts/bench.sh [RUNS [PROGRAM…]]   (5, all)
+# build/bench/bench.json; the status is 1 when one is short of its limit. On a machine at rest. Usage: scripts/bench.sh [RUNS [PROGRAM…]]   (5, all)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
