@@ -3,6 +3,8 @@
 #include "support/mainthread.h"
 
 #include <QCoreApplication>
+#include <QHash>
+#include <QMutex>
 #include <QSettings>
 #include <QThreadPool>
 
@@ -23,12 +25,25 @@ QSettings settings()
     return QSettings();
 }
 
-// One thread: values reach the disk in the order in which they were stored.
+// How long the application's end waits for the disk, or for another process that holds the file.
+constexpr int endPatience = 1000; // ms
+
+// One thread: values reach the disk in the order in which they were stored. Another process may
+// hold the file for seconds; until it lets go, reading gives what is known.
 struct Writer
 {
     Writer() { pool.setMaxThreadCount(1); }
+
     QThreadPool pool;
+    QMutex mutex; // guards the rest
+    int onTheWay = 0;
+    QHash<QString, QJsonValue> known;
 };
+
+Writer &writer()
+{
+    return neverDestroyed<Writer>();
+}
 
 // What an application stores is written before it goes.
 struct LastWrite
@@ -59,24 +74,39 @@ void write(const QMap<QString, QJsonValue> &values)
 
 QJsonValue read(const QString &key)
 {
-    waitForStored();
+    {
+        const QMutexLocker lock(&writer().mutex);
+        if (writer().onTheWay > 0 && writer().known.contains(key))
+            return writer().known.value(key);
+    }
     const QSettings stored = settings();
-    return stored.contains(key) ? QJsonValue::fromVariant(stored.value(key))
-                                : QJsonValue::Undefined;
+    const QJsonValue value =
+        stored.contains(key) ? QJsonValue::fromVariant(stored.value(key)) : QJsonValue::Undefined;
+    const QMutexLocker lock(&writer().mutex);
+    writer().known.insert(key, value);
+    return value;
 }
 
 void store(const QMap<QString, QJsonValue> &values)
 {
     ofApplication<LastWrite>();
-    neverDestroyed<Writer>().pool.start([values] {
+    {
+        const QMutexLocker lock(&writer().mutex);
+        ++writer().onTheWay;
+        for (auto it = values.begin(); it != values.end(); ++it)
+            writer().known.insert(it.key(), it->isNull() ? QJsonValue::Undefined : *it);
+    }
+    writer().pool.start([values] {
         writeBeforeExit();
         write(values);
+        const QMutexLocker lock(&writer().mutex);
+        --writer().onTheWay;
     });
 }
 
 void waitForStored()
 {
-    neverDestroyed<Writer>().pool.waitForDone();
+    writer().pool.waitForDone(endPatience);
 }
 
 } // namespace znt::userdefaults

@@ -164,6 +164,11 @@ bool ZNTHeldClock::isHeld()
     return znt::isHeld;
 }
 
+qint64 ZNTHeldClock::now()
+{
+    return znt::now();
+}
+
 std::optional<qint64> ZNTHeldClock::nextTimer()
 {
     const std::scoped_lock lock(held().mutex);

@@ -63,7 +63,7 @@ public:
     // Time goes on by itself, from where it stands.
     static void release();
     static bool isHeld();
-    static qint64 now() { return znt::now(); }
+    static qint64 now();
     // When the next timer is due; nothing when none waits.
     static std::optional<qint64> nextTimer();
     // Sets the time, which never goes back, and fires what is due by then and was waiting before,

@@ -257,6 +257,27 @@ private slots:
         exchange.setSecret("s3cret");
     }
 
+    // As long as another process has the settings, what is on its way there is known.
+    void settingsThatOthersHoldHoldUpNothing()
+    {
+        const QString path = QSettings().fileName();
+        QLockFile held(path + ".lock");
+        const QByteArray before = contents(path);
+        QVERIFY(held.tryLock(5000));
+        QElapsedTimer timer;
+        timer.start();
+        manager->updateInteractionCtrlArg(
+            ZNTInteractionCtrlArg::initWithDictionary(QJsonObject{{"adType", 77}}).value());
+        QTest::qWait(20); // the writer waits for the lock by now
+        manager->setInteractionCtrlArg({});
+        manager->loadInteractionCtrlArgFromLocal();
+        manager->loadFreqCtrlArgFromLocal();
+        QVERIFY2(timer.elapsed() < 70, qPrintable(QString::number(timer.elapsed())));
+        QCOMPARE(manager->interactionCtrlArg()->adType(), 77);
+        held.unlock();
+        QTRY_VERIFY_WITH_TIMEOUT(contents(path) != before, 15'000);
+    }
+
     // Nothing is sent, and the failure comes before the call returns.
     void whatCannotBeWrittenDown()
     {
