@@ -3,7 +3,6 @@
 #include "support/mainthread.h"
 
 #include <QCoreApplication>
-#include <QHash>
 #include <QMutex>
 #include <QSettings>
 #include <QThreadPool>
@@ -37,7 +36,7 @@ struct Writer
     QThreadPool pool;
     QMutex mutex; // guards the rest
     int onTheWay = 0;
-    QHash<QString, QJsonValue> known;
+    QMap<QString, QJsonValue> known;
 };
 
 Writer &writer()
