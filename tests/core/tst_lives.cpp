@@ -429,7 +429,9 @@ private slots:
         cycle(count / 10);
         const Holdings before;
         cycle(count - count / 10);
-        QTRY_VERIFY(Holdings().handles <= before.handles && Holdings().threads <= before.threads);
+        constexpr int slack = 8; // what the pool and idle connections come and go by
+        QTRY_VERIFY(Holdings().handles <= before.handles + slack);
+        QTRY_VERIFY(Holdings().threads <= before.threads + slack);
         const Holdings after;
         qInfo("%d cycles: memory %d KiB, then %d; threads %d, %d; handles %d, %d", count,
             before.memory, after.memory, before.threads, after.threads, before.handles,

@@ -128,7 +128,7 @@ private slots:
             &window, Qt::LeftButton, {}, window.centre("bottomInfoView") + QPoint(100, 0));
         QTRY_COMPARE(host.heard, QStringList({"visible", "click", "click"}));
 
-        clock.setSpeed(20);
+        clock.setSpeed(5);
         QTRY_VERIFY(closable());
         QCOMPARE(titles, QStringList({"5", "4", "3", "2", "1", "关闭"}));
         window.tap("skipButton");

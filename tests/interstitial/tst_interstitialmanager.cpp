@@ -134,6 +134,7 @@ private slots:
         stage.manager.interstitialAd()->dismissWithAutoClose(false);
         QTRY_COMPARE(heard.last(), "closed");
         QTRY_COMPARE(heard.last(), "auto-closed"); // and once more
+        application.clock.setSpeed(1);
         QTRY_COMPARE(hits("/s/negfb.do"), 2);
         QCOMPARE(exchange.requests("/s/negfb.do").first().json()[u"bizId"], "i-1");
 
@@ -181,7 +182,7 @@ private slots:
 
     void mayBeDestroyedByEveryCall()
     {
-        application.clock.setSpeed(20);
+        application.clock.setSpeed(5);
         for (const QString event : {"load", "visible", "click", "other", "auto-closed", "-1003"}) {
             ScreenWindow window;
             Host host;
