@@ -25,10 +25,30 @@ void LogFile::open()
     const QFileInfo existing(m_file.fileName());
     if (existing.exists() && !existing.isFile()) // to open a pipe would wait for its reader
         return;
-    QDir().mkpath(QFileInfo(m_file).path());
+    QDir().mkpath(existing.path());
+    endTornLine();
     m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
+    m_folderBirth = folderBirth();
     if (m_daysKept > 0)
         removeOld();
+}
+
+// A process that was killed may have left half a line.
+void LogFile::endTornLine()
+{
+    QFile written(m_file.fileName());
+    char last = '\n';
+    if (written.size() > 0 && written.open(QIODevice::ReadOnly) && written.seek(written.size() - 1))
+        written.getChar(&last);
+    if (last == '\n')
+        m_owed.clear();
+    else if (m_owed.isEmpty())
+        m_owed = "\n";
+}
+
+QDateTime LogFile::folderBirth() const
+{
+    return QFileInfo(QFileInfo(m_file).path()).birthTime();
 }
 
 void LogFile::removeOld() const
@@ -42,17 +62,23 @@ void LogFile::removeOld() const
     }
 }
 
-// A folder that has vanished is made again, and what could not be opened is tried once more. A file
-// that somebody has deleted is not missed.
+// Opens anew what could not be written to, and what is in a folder that has vanished, even if
+// somebody has made that again. A file that somebody has deleted is not missed.
 void LogFile::append(const QByteArray &text)
 {
-    if (!QFileInfo::exists(QFileInfo(m_file).path()))
+    if (!QFileInfo::exists(QFileInfo(m_file).path()) || folderBirth() != m_folderBirth)
         m_file.close();
     open();
     if (!m_file.isOpen())
         return;
-    m_file.write(text);
+    const QByteArray wanted = m_owed + text;
+    const qint64 written = qMax(m_file.write(wanted), 0);
+    const bool isTorn = written > 0 ? wanted[written - 1] != '\n' : !m_owed.isEmpty();
+    m_owed =
+        isTorn ? wanted.sliced(written, wanted.indexOf('\n', written) + 1 - written) : QByteArray();
     sync();
+    if (written < wanted.size())
+        m_file.close();
 }
 
 void LogFile::sync()

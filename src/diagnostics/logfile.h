@@ -1,8 +1,9 @@
-// The day's log file: made, appended to, forced to disk, copied. What fails is let pass.
+// The day's log file: made, appended to, forced to disk, copied. What fails is dropped, in whole lines.
 #pragma once
 
 #include <ZNTAds/ZNTError.h>
 
+#include <QDateTime>
 #include <QFile>
 
 #include <optional>
@@ -21,9 +22,13 @@ public:
     std::optional<ZNTError> copyTo(const QString &destination) const;
 
 private:
+    QDateTime folderBirth() const;
+    void endTornLine();
     void removeOld() const;
 
     QFile m_file;
+    QDateTime m_folderBirth;
+    QByteArray m_owed; // to a line that is torn: its rest, or its end
     const int m_daysKept;
 };
 
