@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
 # The long forms of the tests that try to break the library, and one summary table. Hours; what is named runs alone.
-# Usage: scripts/torture.sh [lives] [soak] [fuzz] [threads] [flakes]   (all)
+# Usage: scripts/torture.sh [lives] [soak] [fuzz] [kills] [threads] [flakes]   (all)
 #   lives    5,000 random lives under the address and undefined-behaviour sanitizers
 #   soak     10,000 cycles of all formats in one process
 #   fuzz     10 minutes at each door
+#   kills    200 processes that are killed while they log
 #   threads  what the thread sanitizer is asked about
 #   flakes   every test 50 times
 set -euo pipefail
 cd "$(dirname "$0")/.."
 wanted=("$@")
-[ ${#wanted[@]} -gt 0 ] || wanted=(lives soak fuzz threads flakes)
+[ ${#wanted[@]} -gt 0 ] || wanted=(lives soak fuzz kills threads flakes)
 logs=build/torture
 mkdir -p "$logs"
 
@@ -32,6 +33,7 @@ live() {
 lives() { live asan 5000 100; }
 soak() { live dev 1 10000; }
 fuzz() { scripts/fuzz.sh 600; }
+kills() { ZNTADS_KILLS=200 QTEST_FUNCTION_TIMEOUT=3600000 test dev -R logger --timeout 3600; }
 threads() { test tsan; }
 flakes() { test dev -E consumer --repeat until-fail:50 -j "$(nproc)"; }
 
@@ -39,7 +41,7 @@ scripts/setup.sh build
 failed=0
 summary=()
 for name in "${wanted[@]}"; do
-    case $name in lives | soak | fuzz | threads | flakes) ;; *) echo "torture.sh: no '$name'" >&2; exit 2 ;; esac
+    case $name in lives | soak | fuzz | kills | threads | flakes) ;; *) echo "torture.sh: no '$name'" >&2; exit 2 ;; esac
     echo "== $name"
     begun=$SECONDS result=ok
     "$name" >"$logs/$name.log" 2>&1 || { result=FAILED; failed=1; }

@@ -10,6 +10,7 @@
 namespace znt::userdefaults {
 
 // Undefined when nothing is stored under the key. What is still on its way there counts as stored.
+// Waits for the disk for 40 ms at most, then gives what is known.
 ZNTADS_INTERNAL QJsonValue read(const QString &key);
 
 // Main thread. Writes the values and brings them to disk in the background, in the order of the

@@ -26,9 +26,9 @@ void LogFile::open()
     if (existing.exists() && !existing.isFile()) // to open a pipe would wait for its reader
         return;
     QDir().mkpath(existing.path());
-    endTornLine();
-    m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
     m_folderBirth = folderBirth();
+    if (m_file.open(QIODevice::ReadWrite | QIODevice::Append | QIODevice::Unbuffered))
+        endTornLine();
     if (m_daysKept > 0)
         removeOld();
 }
@@ -36,19 +36,20 @@ void LogFile::open()
 // A process that was killed may have left half a line.
 void LogFile::endTornLine()
 {
-    QFile written(m_file.fileName());
     char last = '\n';
-    if (written.size() > 0 && written.open(QIODevice::ReadOnly) && written.seek(written.size() - 1))
-        written.getChar(&last);
+    if (m_file.size() > 0 && m_file.seek(m_file.size() - 1))
+        m_file.getChar(&last);
     if (last == '\n')
         m_owed.clear();
     else if (m_owed.isEmpty())
         m_owed = "\n";
 }
 
-QDateTime LogFile::folderBirth() const
+// 0 where the file system keeps no such time, -1 without a folder.
+qint64 LogFile::folderBirth() const
 {
-    return QFileInfo(QFileInfo(m_file).path()).birthTime();
+    const QFileInfo folder(QFileInfo(m_file).path());
+    return folder.exists() ? folder.birthTime().toMSecsSinceEpoch() : -1;
 }
 
 void LogFile::removeOld() const
@@ -66,7 +67,7 @@ void LogFile::removeOld() const
 // somebody has made that again. A file that somebody has deleted is not missed.
 void LogFile::append(const QByteArray &text)
 {
-    if (!QFileInfo::exists(QFileInfo(m_file).path()) || folderBirth() != m_folderBirth)
+    if (folderBirth() != m_folderBirth)
         m_file.close();
     open();
     if (!m_file.isOpen())

@@ -1,9 +1,9 @@
-// The day's log file: made, appended to, forced to disk, copied. What fails is dropped, in whole lines.
+// The day's log file: made, appended to, forced to disk, copied. What fails is dropped, in whole
+// lines.
 #pragma once
 
 #include <ZNTAds/ZNTError.h>
 
-#include <QDateTime>
 #include <QFile>
 
 #include <optional>
@@ -22,12 +22,12 @@ public:
     std::optional<ZNTError> copyTo(const QString &destination) const;
 
 private:
-    QDateTime folderBirth() const;
+    qint64 folderBirth() const;
     void endTornLine();
     void removeOld() const;
 
     QFile m_file;
-    QDateTime m_folderBirth;
+    qint64 m_folderBirth = 0;
     QByteArray m_owed; // to a line that is torn: its rest, or its end
     const int m_daysKept;
 };

@@ -87,13 +87,12 @@ QStringView LineStart::at(qint64 time)
 
 LogWriter::LogWriter(const QString &path, int daysKept)
     : m_file(path, daysKept)
-    , m_thread(QThread::create([this] { run(); }))
 {
 #ifdef Q_OS_UNIX
     pthread_atfork(nullptr, nullptr, [] { orphaned = true; });
 #endif
-    m_thread->setObjectName(QStringLiteral("com.zntads.logger"));
-    m_thread->start();
+    setObjectName(QStringLiteral("com.zntads.logger"));
+    start();
 }
 
 void LogWriter::append(QStringView level, QStringView message)
@@ -148,7 +147,7 @@ void LogWriter::finish()
         isWriter = m_threadId == QThread::currentThreadId(); // the process ends out of posted work
     }
     m_wake.notify_one();
-    if (isWriter || m_thread->wait(QDeadlineTimer(writerEndPatience)))
+    if (isWriter || wait(QDeadlineTimer(writerEndPatience)))
         drain();
 }
 

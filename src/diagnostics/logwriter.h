@@ -9,9 +9,8 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <deque>
 #include <functional>
-#include <memory>
+#include <list>
 #include <mutex>
 
 namespace znt {
@@ -29,7 +28,7 @@ private:
     char16_t m_text[27] = u"[0000-00-00 00:00:00.000][";
 };
 
-class LogWriter
+class LogWriter final : private QThread
 {
 public:
     using Work = std::function<void(LogFile &)>;
@@ -61,13 +60,13 @@ private:
     struct Batch
     {
         QString lines;
-        std::deque<Posted> posted;
+        std::list<Posted> posted;
         qsizetype collected = 0; // of the lines
 
         bool isDone() const { return collected == lines.size() && posted.empty(); }
     };
 
-    void run();
+    void run() override;
     void waitForInput(std::unique_lock<std::mutex> &lock);
     bool processBatch();
     bool takeInput();
@@ -91,8 +90,6 @@ private:
     QByteArray m_unprinted; // to the console
     qsizetype m_unwrittenUnits = 0;
     Clock::time_point m_writeAt;
-
-    const std::unique_ptr<QThread> m_thread;
 };
 
 } // namespace znt

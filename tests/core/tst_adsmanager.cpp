@@ -272,6 +272,7 @@ private slots:
         manager->setInteractionCtrlArg({});
         manager->loadInteractionCtrlArgFromLocal();
         manager->loadFreqCtrlArgFromLocal();
+        QVERIFY(!QSettings().contains("of the host")); // which reads its own, too
         QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(manager->interactionCtrlArg()->adType(), 77);
         held.unlock();
