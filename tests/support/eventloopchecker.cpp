@@ -35,7 +35,7 @@ using Clock = std::chrono::steady_clock;
 #if defined(__SANITIZE_ADDRESS__)
 constexpr auto limit = 2500ms;
 #else
-constexpr auto limit = 250ms;
+constexpr auto limit = 200ms;
 #endif
 constexpr auto look = limit / 5;
 
@@ -128,8 +128,8 @@ private:
     void watch()
     {
         quint64 turns = 0;
-        Clock::time_point since;
-        std::chrono::nanoseconds sinceDelay{};
+        Clock::time_point since = Clock::now();
+        std::chrono::nanoseconds sinceDelay = delay();
         bool isReported = false;
         while (!m_end.try_acquire_for(look)) {
             const bool isNew = turns != m_turns || m_isIdle;
