@@ -19,6 +19,8 @@
 
 using namespace znt::test;
 
+extern Q_CORE_EXPORT quintptr qtHookData[];
+
 namespace {
 
 int setting(const char *name, int otherwise)
@@ -324,7 +326,18 @@ private:
     std::vector<std::unique_ptr<QQmlEngine>> m_engines;
 };
 
-// What a process holds, by the system's own account.
+// Qt's own way to learn of each object that is made or destroyed, in any thread.
+std::atomic<int> objects = 0;
+
+void countObjects()
+{
+    constexpr int addObject = 3;
+    constexpr int removeObject = 4;
+    qtHookData[addObject] = quintptr(+[](QObject *) { ++objects; });
+    qtHookData[removeObject] = quintptr(+[](QObject *) { --objects; });
+}
+
+// What a process holds, by the system's own account and Qt's.
 struct Holdings
 {
     Holdings()
@@ -343,7 +356,8 @@ struct Holdings
         handles = int(QDir("/proc/self/fd").entryList(QDir::AllEntries | QDir::System).size());
     }
 
-    int memory; // KiB
+    int objects = ::objects; // timers among them
+    int memory;              // KiB
     int threads;
     int handles;
 };
@@ -426,16 +440,18 @@ private slots:
     void holdsNoMoreAfterwards()
     {
         const int count = setting("ZNTADS_CYCLES", 50);
+        countObjects();
         cycle(count / 10);
         const Holdings before;
         cycle(count - count / 10);
         constexpr int slack = 8; // what the pool and idle connections come and go by
         QTRY_VERIFY(Holdings().handles <= before.handles + slack);
+        QTRY_VERIFY(Holdings().objects <= before.objects + slack);
         QTRY_VERIFY(Holdings().threads <= before.threads + slack);
         const Holdings after;
-        qInfo("%d cycles: memory %d KiB, then %d; threads %d, %d; handles %d, %d", count,
-            before.memory, after.memory, before.threads, after.threads, before.handles,
-            after.handles);
+        qInfo("%d cycles: memory %d KiB, then %d; threads %d, %d; handles %d, %d; objects %+d",
+            count, before.memory, after.memory, before.threads, after.threads, before.handles,
+            after.handles, after.objects - before.objects);
         if (count >= 10'000) // fewer say nothing of memory
             QVERIFY(after.memory - before.memory < 1024);
     }
