@@ -11,6 +11,12 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+// Outside of any namespace, as the macro wants it.
+static void loadResources()
+{
+    Q_INIT_RESOURCE(sandbox_creatives);
+}
+
 namespace sandbox {
 namespace {
 
@@ -56,6 +62,8 @@ Answer endlessPicture()
 
 QByteArray resource(const QString &name)
 {
+    static const bool isLoaded = (loadResources(), true);
+    Q_UNUSED(isLoaded)
     QFile file(u":/sandbox/"_s + name);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

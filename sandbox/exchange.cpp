@@ -27,6 +27,8 @@ constexpr auto creativesPath = "/creatives/"_L1;
 constexpr auto trackingPath = "/t/"_L1;
 constexpr auto landingPath = "/landing/"_L1;
 
+const QString defaultSecret = u"demo-secret"_s;
+
 bool isSigned(const QString &path)
 {
     return path == adPath || path == configurationPath || path == feedbackPath;
@@ -53,7 +55,7 @@ Answer refusal(int code, const QString &message)
 
 Exchange::Exchange(QObject *parent)
     : QObject(parent)
-    , m_secret(u"demo-secret"_s)
+    , m_secret(defaultSecret)
 {
 }
 
@@ -123,6 +125,14 @@ void Exchange::setAnswer(const QString &position, const Answer &answer)
     m_answers.insert(position, answer);
 }
 
+bool Exchange::answerLike(const QString &position, const QString &builtIn)
+{
+    const auto answer = builtInAnswer(builtIn);
+    if (answer)
+        setAnswer(position, *answer);
+    return answer.has_value();
+}
+
 void Exchange::setAnswerAt(const QString &path, const Answer &answer)
 {
     m_pathAnswers.insert(path, answer);
@@ -162,6 +172,14 @@ void Exchange::forgetRequests(bool keepHits)
     m_requests.clear();
     if (!keepHits)
         m_hits.clear();
+}
+
+void Exchange::reset()
+{
+    forgetRequests();
+    m_answers.clear();
+    m_pathAnswers.clear();
+    m_secret = defaultSecret;
 }
 
 Answer Exchange::handle(Request request)

@@ -61,6 +61,8 @@ public:
     void setAnswer(const QString &position, const QByteArray &body);
     void setAnswer(const QString &position, const QJsonObject &object);
     void setAnswer(const QString &position, const Answer &answer);
+    /// Answers a position as the built-in one of that name; false when there is none.
+    bool answerLike(const QString &position, const QString &builtIn);
     /// Answers everything that comes to this path, endpoints and creatives included.
     void setAnswerAt(const QString &path, const Answer &answer);
     /// What a position would be answered now, as JSON: a start for a test's own variation.
@@ -73,6 +75,8 @@ public:
     bool waitForRequests(const QString &path, int count, int milliseconds = 5000);
     /// Drops the requests kept so far, and their hits unless these are wanted further.
     void forgetRequests(bool keepHits = false);
+    /// Forgets the requests, and answers as at first, with the secret that it has at first.
+    void reset();
 
 signals:
     /// A request has come; it is answered right after.

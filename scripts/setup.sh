@@ -8,7 +8,7 @@ build=(
     qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-multimedia-dev qt6-sensors-dev
     libgl1-mesa-dev
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtqml qml6-module-qtqml-models
-    qml6-module-qtqml-workerscript
+    qml6-module-qtqml-workerscript qml6-module-qttest
     libssl-dev zlib1g-dev fonts-noto-cjk
     qt6-image-formats-plugins gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
     nghttp2-server openssl

@@ -45,11 +45,11 @@ Script::Script(const Options &options, EventLog &events, Stage &stage, AdRun &ru
     , m_events(events)
     , m_stage(stage)
     , m_run(run)
-    , m_pointer(stage.window())
+    , m_pointer(&stage.window())
     , m_screenPlace(run.screen()->position())
 {
     if (std::any_of(options.actions.begin(), options.actions.end(), needsMotion))
-        m_motion = std::make_unique<Motion>();
+        m_motion = std::make_unique<ZNTTestSensors>();
 }
 
 void Script::start()
@@ -106,7 +106,8 @@ void Script::point(const Action &action)
         m_pointer.tap(centreOf(target));
     } else {
         const auto &numbers = action.numbers;
-        m_pointer.pan(centreOf(target), {numbers.at(0), numbers.at(1)}, qRound(numbers.at(2)));
+        m_pointer.pan(centreOf(target), {numbers.at(0), numbers.at(1)},
+            std::chrono::milliseconds(qRound(numbers.at(2))));
     }
 }
 

@@ -2,8 +2,9 @@
 #pragma once
 
 #include "adrun.h"
-#include "motion.h"
-#include "pointer.h"
+
+#include <ZNTAdsTesting/ZNTTestPointer.h>
+#include <ZNTAdsTesting/ZNTTestSensors.h>
 
 namespace player {
 
@@ -30,11 +31,12 @@ private:
     EventLog &m_events;
     Stage &m_stage;
     AdRun &m_run;
-    Pointer m_pointer;
+    ZNTTestPointer m_pointer;
     QPointF m_screenPlace;
     double m_screenOpacity = 1;
     bool m_isScreenHidden = false;
-    std::unique_ptr<Motion> m_motion; // only when it is used: a device may have sensors of its own
+    std::unique_ptr<ZNTTestSensors>
+        m_motion; // only when it is used: a device may have sensors of its own
 };
 
 } // namespace player

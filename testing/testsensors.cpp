@@ -1,4 +1,4 @@
-#include "motion.h"
+#include <ZNTAdsTesting/ZNTTestSensors.h>
 
 #include <QAccelerometer>
 #include <QDateTime>
@@ -10,11 +10,9 @@
 
 #include <optional>
 
-namespace player {
-
 namespace {
 
-constexpr char identifier[] = "zntads-player";
+constexpr char identifier[] = "zntads-testing";
 constexpr double gravity = 9.8;                     // m/s²
 constexpr double shakes[] = {30, 0, -30, 0, 30, 0}; // m/s² to the side, rests in between
 constexpr int shakeInterval = 50;                   // milliseconds
@@ -115,35 +113,32 @@ private:
 
 } // namespace
 
-class Motion::Sensors
+class ZNTTestSensors::Sensors : public QObject
 {
 public:
     Factory<QRotationReading> rotation{QRotationSensor::sensorType};
     Factory<QAccelerometerReading> acceleration{QAccelerometer::sensorType};
 };
 
-Motion::Motion(QObject *parent)
-    : QObject(parent)
-    , d(std::make_unique<Sensors>())
+ZNTTestSensors::ZNTTestSensors()
+    : d(std::make_unique<Sensors>())
 {
 }
 
-Motion::~Motion() = default;
+ZNTTestSensors::~ZNTTestSensors() = default;
 
-void Motion::tilt(double degrees)
+void ZNTTestSensors::tilt(double degrees)
 {
     d->rotation.forEach([degrees](auto *backend) { backend->tilt(degrees); });
 }
 
-void Motion::shake()
+void ZNTTestSensors::shake()
 {
     int at = 0;
     for (const double x : shakes) {
-        QTimer::singleShot(at, Qt::PreciseTimer, this, [this, x] {
+        QTimer::singleShot(at, Qt::PreciseTimer, d.get(), [this, x] {
             d->acceleration.forEach([x](auto *backend) { backend->deliver(x, 0, gravity); });
         });
         at += shakeInterval;
     }
 }
-
-} // namespace player
