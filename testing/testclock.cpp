@@ -2,6 +2,7 @@
 
 #include "support/clock.h"
 
+#include <QAbstractEventDispatcher>
 #include <QAnimationDriver>
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -32,11 +33,17 @@ private:
     qint64 m_start = 0;
 };
 
+// What happens may set off more, which belongs to the same moment; what never ends is left.
 void processEvents()
 {
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QAbstractEventDispatcher *loop = QAbstractEventDispatcher::instance();
+    constexpr int passes = 10;
+    bool goesOn = true;
+    for (int pass = 0; pass < passes && goesOn; ++pass) {
+        QCoreApplication::sendPostedEvents();
+        goesOn = loop->processEvents(QEventLoop::AllEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 }
 
 } // namespace

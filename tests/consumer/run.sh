@@ -20,11 +20,13 @@ build_hosts() { # BUILD_DIR CMAKE_ARGUMENT...
 }
 run() { HOME=$work/home "$@"; }
 run_hosts() { # BUILD_DIR: all at once, for they mostly wait
-    local hosts=() host
+    local hosts=() host test
     run "$1/cpphost" "$https" "$http" "$ca" & hosts+=($!)
     run "$1/qmlonly" & hosts+=($!)
     run "$1/qmlhost" "$http/creatives/video.mp4" & hosts+=($!)
-    [ ! -e "$1/hosttest" ] || run "$1/hosttest" || return 1
+    for test in hosttest quicktest; do
+        [ ! -e "$1/$test" ] || run "$1/$test" || return 1
+    done
     for host in "${hosts[@]}"; do wait "$host"; done
 }
 common=("${@:5}")
