@@ -38,3 +38,17 @@ function(znt_install_program target)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
     install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()
+
+# znt_install_component(TARGET [PRIVATE_TARGET…]): a static library beside the library, with its
+# headers, as a component of the package that is called by its name without the project's.
+function(znt_install_component target)
+    if(NOT ZNTADS_INSTALL)
+        return()
+    endif()
+    install(TARGETS ${target} ${ARGN} EXPORT ${target}Targets
+        INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    )
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/${target} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+    install(EXPORT ${target}Targets NAMESPACE ZNTAds:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/ZNTAds)
+endfunction()

@@ -3,6 +3,7 @@
 
 #include "ads/clicktarget.h"
 #include "ads/notify.h"
+#include "diagnostics/adtrace.h"
 #include "diagnostics/log.h"
 #include "support/mainthread.h"
 #include "ui/qmlpart.h"
@@ -87,10 +88,13 @@ public:
     void request(Read read, Take take, std::function<void()> loaded)
     {
         countPending(+1);
+        if (ZNTAdTrace::isOn())
+            ZNTAdTrace::note(ZNTAdTrace::Requested, m_manager, mediaId());
         const QPointer<QObject> manager(m_manager);
         const auto answered = [this, take = std::move(take), loaded = std::move(loaded)](
                                   const auto &ads) {
             countPending(-1);
+            ZNTAdTrace::note(ZNTAdTrace::Answered, m_manager);
             if (ads)
                 succeed(take(*ads), loaded);
             else
@@ -129,6 +133,7 @@ public:
         if (!znt::notify(m_manager, delegate, method, arguments...))
             return false;
         const QPointer<QObject> manager(m_manager);
+        ZNTAdTrace::note(ZNTAdTrace::Telling, m_manager);
         Q_EMIT(m_manager->*signal)(arguments...);
         return !manager.isNull();
     }
@@ -173,6 +178,8 @@ private:
     void failToLoad(const ZNTError &error)
     {
         countPending(-1);
+        if (ZNTAdTrace::isOn())
+            ZNTAdTrace::note(ZNTAdTrace::Refused, m_manager, error.localizedDescription());
         logError("Failed to load %1 ad data: %2", m_format.name, error.localizedDescription());
         fail(error);
     }

@@ -1,5 +1,6 @@
 #include "ads/negativefeedback.h"
 
+#include "diagnostics/adtrace.h"
 #include "diagnostics/log.h"
 
 #include <ZNTAds/ZNTAdsManager.h>
@@ -8,6 +9,7 @@ namespace znt {
 
 void sendNegativeFeedback(const QString &adId)
 {
+    ZNTAdTrace::note(ZNTAdTrace::Feedback, nullptr, adId);
     constexpr qint64 closed = 1;
     ZNTAdsManager::sharedInstance()->sendNegativeFeedbackWithType(closed, adId,
         QJsonValue::Undefined, [](bool success, const std::optional<ZNTError> &error) {

@@ -1,5 +1,6 @@
 #include "ads/tracking.h"
 
+#include "diagnostics/adtrace.h"
 #include "diagnostics/log.h"
 #include "model/ad.h"
 #include "net/sessions.h"
@@ -23,10 +24,15 @@ public:
     void answered(const QString &url, const HttpAnswer &answer) const
     {
         const QString where = m_texts.namesUrl ? u'[' + url + u']' : QLatin1String("");
-        if (answer.error)
+        if (answer.error) {
+            if (ZNTAdTrace::isOn())
+                ZNTAdTrace::note(ZNTAdTrace::TrackerFailed, nullptr,
+                    url + u' ' + answer.error->localizedDescription());
             logError("%1 failed%2: %3", QString::fromUtf8(m_texts.name), where, *answer.error);
-        else
+        } else {
+            ZNTAdTrace::note(ZNTAdTrace::TrackerDone, nullptr, url);
             logInfo("%1 successful%2", QString::fromUtf8(m_texts.name), where);
+        }
     }
 
     ~TrackingBatch()
@@ -59,6 +65,7 @@ void fireTracking(
         const QString url = list.at(i).toString();
         if (url.isEmpty())
             continue;
+        ZNTAdTrace::note(ZNTAdTrace::TrackerFired, nullptr, url);
         sendHttp(Session::Tracking, {.url = url},
             [batch, url](const HttpAnswer &answer) { batch->answered(url, answer); });
     }

@@ -1,5 +1,7 @@
 #include "ads/visibilitywatch.h"
 
+#include "diagnostics/adtrace.h"
+
 #include <ZNTAds/ZNTAdsManager.h>
 
 #include <QQuickItem>
@@ -10,6 +12,15 @@ void VisibilityWatch::start(Item item)
 {
     m_item = std::move(item);
     m_timer.start();
+    if (ZNTAdTrace::isOn())
+        ZNTAdTrace::note(ZNTAdTrace::WatchStarted, m_item());
+}
+
+void VisibilityWatch::stop()
+{
+    if (ZNTAdTrace::isOn() && isRunning())
+        ZNTAdTrace::note(ZNTAdTrace::WatchStopped, m_item());
+    m_timer.stop();
 }
 
 void VisibilityWatch::look(VisibleShares &shares)
@@ -28,6 +39,8 @@ void VisibilityWatch::look(VisibleShares &shares)
 
 void VisibilityWatch::end(End how)
 {
+    if (how == End::Seen && ZNTAdTrace::isOn())
+        ZNTAdTrace::note(ZNTAdTrace::WatchSeen, m_item());
     stop();
     const auto ended = m_ended; // a copy: it may destroy the watch
     ended(how);

@@ -26,7 +26,7 @@ public:
 
     // Starts over. `item` gives the item at each look.
     void start(Item item);
-    void stop() { m_timer.stop(); }
+    void stop();
     bool isRunning() const { return m_timer.isActive(); }
 
 private:

@@ -1,6 +1,7 @@
 #include "core/urlopener.h"
 
 #include "core/linkrule.h"
+#include "diagnostics/adtrace.h"
 #include "support/mainthread.h"
 
 #include <QDesktopServices>
@@ -116,17 +117,21 @@ void openWithXdg(const QString &link, const Opened &done)
 
 } // namespace
 
-void openLink(const QString &link, Opened done)
+void openLink(const QString &link, Opened handOver)
 {
+    const Opened done = [link, handOver = std::move(handOver)](bool opened) {
+        ZNTAdTrace::note(opened ? ZNTAdTrace::LinkOpened : ZNTAdTrace::LinkRefused, nullptr, link);
+        handOver(opened);
+    };
     const Openers openers = neverDestroyed<Openers>(); // copies: one may put another in its place
     if (!mayBeOpened(link))
         done(false);
     else if (openers.link)
-        openers.link(link, once(std::move(done)));
+        openers.link(link, once(done));
     else if (openers.url)
         done(QUrl(link).isValid() && openers.url(QUrl(link)));
     else
-        openLinkWithSystem(link, std::move(done));
+        openLinkWithSystem(link, done);
 }
 
 void openLinkWithSystem(const QString &link, Opened done)

@@ -1,6 +1,7 @@
 #include "feed/exposurechecks.h"
 
 #include "ads/tracking.h"
+#include "diagnostics/adtrace.h"
 
 #include <QQuickItem>
 
@@ -23,12 +24,18 @@ void ExposureChecks::Check::look()
 
 void ExposureChecks::start(QQuickItem *view, const ZNTFeedAdDataPtr &record)
 {
+    if (ZNTAdTrace::isOn())
+        ZNTAdTrace::note(ZNTAdTrace::FeedView, view, record->adId());
     m_checks[record.get()] = std::make_unique<Check>(this, view, record);
 }
 
 void ExposureChecks::stop(const ZNTFeedAdDataPtr &record)
 {
-    m_checks.erase(record.get());
+    const auto found = m_checks.find(record.get());
+    if (found == m_checks.end())
+        return;
+    found->second->watch.stop();
+    m_checks.erase(found);
 }
 
 bool ExposureChecks::isRunning(const ZNTFeedAdDataPtr &record) const

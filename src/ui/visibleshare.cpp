@@ -306,3 +306,65 @@ std::optional<double> shareInWindow(const QQuickItem *item)
 }
 
 } // namespace znt
+
+std::optional<double> ZNTVisibility::share(const QQuickItem *item)
+{
+    return znt::visibleShare(item);
+}
+
+namespace {
+
+using Obstacle = ZNTVisibility::Obstacle;
+
+// What is left of an item on its way up to the window, and what has taken the most of it.
+struct Remains
+{
+    void cut(const znt::Edges &by, Obstacle obstacle)
+    {
+        const double before = part.isEmpty() ? 0 : part.area();
+        part.cut(by, 0, 0);
+        const double after = part.isEmpty() ? 0 : part.area();
+        const double lost = before > 0 ? left * (1 - after / before) : 0;
+        left -= lost;
+        if (lost > most) {
+            most = lost;
+            worst = obstacle;
+        }
+    }
+
+    znt::Edges part;
+    double left = 1;
+    double most = 0;
+    Obstacle worst;
+};
+
+} // namespace
+
+Obstacle ZNTVisibility::obstacle(const QQuickItem *item)
+{
+    using namespace znt;
+    if (!item || !item->window())
+        return {Obstacle::NoWindow, nullptr};
+    if (!item->isVisible()) {
+        while (item->parentItem() && !item->parentItem()->isVisible())
+            item = item->parentItem();
+        return {Obstacle::Hidden, item};
+    }
+    if (!isShown(shownWindow(item->window())))
+        return {Obstacle::WindowNotShown, nullptr};
+    Remains remains;
+    remains.part = boundsOf(item);
+    if (!(remains.part.area() > 0))
+        return {Obstacle::NoSize, item};
+    for (const QQuickItem *at = item; at; at = at->parentItem()) {
+        if (at->opacity() == 0)
+            return {Obstacle::Transparent, at};
+        if (isCulled(at))
+            return {Obstacle::Undrawn, at};
+        if (at->clip())
+            remains.cut(boundsOf(at), {Obstacle::Clip, at});
+        remains.part = inParent(at, remains.part);
+    }
+    remains.cut(frameOf(item->window()), {Obstacle::WindowEdge, nullptr});
+    return remains.worst;
+}

@@ -78,6 +78,39 @@ private:
     Edges m_frame; // the window's; empty while it is not shown
 };
 
+} // namespace znt
+
+// For an inspector: how much of an item is on screen, and what takes it away.
+class ZNTADS_EXPORT ZNTVisibility
+{
+public:
+    ZNTVisibility() = delete;
+
+    struct Obstacle
+    {
+        enum Kind {
+            None,
+            NoWindow,
+            NoSize,
+            Hidden,         // the item, or an ancestor
+            Transparent,    // likewise: its opacity is 0
+            Undrawn,        // a row that its view does not draw
+            Clip,           // an ancestor, or the item itself
+            WindowEdge,     // what lies outside of the window
+            WindowNotShown, // it is hidden, minimised, transparent or not exposed
+        };
+        Kind kind = None;
+        const QQuickItem *item = nullptr; // where it is one
+    };
+
+    // What the checks of what is seen go by.
+    static std::optional<double> share(const QQuickItem *item);
+    // Of several the one that takes all, or else the most.
+    static Obstacle obstacle(const QQuickItem *item);
+};
+
+namespace znt {
+
 // The same against the window alone, whatever lies between.
 ZNTADS_INTERNAL std::optional<double> shareInWindow(const QQuickItem *item);
 
