@@ -32,7 +32,7 @@ Item {
     AdEvents {
         id: events
 
-        journal: journal
+        sourceModel: journal
         adId: root.selected
     }
     AdExplanation {

@@ -33,6 +33,8 @@ ZNTAdExplanation::Reason reasonOf(ZNTVisibility::Obstacle::Kind kind)
         return ZNTAdExplanation::NotDrawn;
     case Obstacle::Clip:
         return ZNTAdExplanation::Clipped;
+    case Obstacle::Scaled:
+        return ZNTAdExplanation::Scaled;
     case Obstacle::WindowEdge:
         return ZNTAdExplanation::OutsideWindow;
     case Obstacle::WindowNotShown:
@@ -130,6 +132,8 @@ QString ZNTAdExplanation::Private::cause() const
         return QStringLiteral("its list does not draw %1").arg(item);
     case Clipped:
         return QStringLiteral("%1 clips it").arg(item);
+    case Scaled:
+        return QStringLiteral("%1 is drawn smaller than it is").arg(item);
     case OutsideWindow:
         return QStringLiteral("it lies outside of the window");
     case WindowNotShown:

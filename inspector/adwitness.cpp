@@ -198,7 +198,6 @@ void AdWitness::hearFullScreen(Manager *manager)
     };
     connect(manager, &Manager::loaded, this, saying(QStringLiteral("loaded")));
     connect(manager, &Manager::appeared, this, saying(QStringLiteral("shown")));
-    connect(manager, &Manager::rendered, this, saying(QStringLiteral("seen")));
     connect(manager, &Manager::clicked, this, saying(QStringLiteral("tapped")));
     connect(manager, &Manager::failed, this, [this, manager](const ZNTError &error) {
         tell(keyOf(manager), QStringLiteral("failed"), detailsOf(error));
@@ -236,9 +235,6 @@ void AdWitness::knowFeed(ZNTFeedManager *manager)
     connect(manager, &ZNTFeedManager::failed, this, [this, manager](const ZNTError &error) {
         tell({QStringLiteral("feed"), manager->mediaId(), {}}, QStringLiteral("failed"),
             detailsOf(error));
-    });
-    connect(manager, &ZNTFeedManager::rendered, this, [this, manager](const ZNTFeedAdDataPtr &ad) {
-        tell({QStringLiteral("feed"), manager->mediaId(), ad->adId()}, QStringLiteral("seen"));
     });
     // One record, the last that was loaded, serves all template views.
     const auto saying = [this, manager](const QString &what) {
@@ -339,11 +335,10 @@ void AdWitness::watched(QQuickItem *item, Step step)
     if (facts.unwatchedSince.isValid())
         return;
     facts.unwatchedSince = now;
-    const AdKey ad = facts.ad;
     if (step == Step::WatchSeen)
         facts.seenAt = now;
-    else
-        tell(ad, QStringLiteral("unwatched"));
+    const AdKey ad = facts.ad;
+    tell(ad, step == Step::WatchSeen ? QStringLiteral("seen") : QStringLiteral("unwatched"));
 }
 
 // By the step of a percent.

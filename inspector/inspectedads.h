@@ -57,8 +57,6 @@ class AdEvents : public QSortFilterProxyModel
 {
     Q_OBJECT
     Q_PROPERTY(QString adId READ adId WRITE setAdId NOTIFY adIdChanged)
-    Q_PROPERTY(
-        QAbstractItemModel *journal READ sourceModel WRITE setSourceModel NOTIFY sourceModelChanged)
 
 public:
     QString adId() const { return m_adId; }

@@ -40,6 +40,7 @@ public:
         Transparent,    ///< it, or an ancestor, has an opacity of 0
         NotDrawn,       ///< it is in a row that a list keeps beyond its edge and does not draw
         Clipped,        ///< an ancestor clips it
+        Scaled,         ///< it, or an ancestor, is drawn smaller than it is
         OutsideWindow,  ///< it lies outside of the window's edges
         WindowNotShown, ///< the window is hidden, minimised, transparent or not exposed
     };

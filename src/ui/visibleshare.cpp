@@ -321,10 +321,16 @@ struct Remains
 {
     void cut(const znt::Edges &by, Obstacle obstacle)
     {
+        znt::Edges rest = part;
+        rest.cut(by, 0, 0);
+        become(rest, obstacle);
+    }
+    void become(const znt::Edges &rest, Obstacle obstacle)
+    {
         const double before = part.isEmpty() ? 0 : part.area();
-        part.cut(by, 0, 0);
-        const double after = part.isEmpty() ? 0 : part.area();
+        const double after = rest.isEmpty() ? 0 : rest.area();
         const double lost = before > 0 ? left * (1 - after / before) : 0;
+        part = rest;
         left -= lost;
         if (lost > most) {
             most = lost;
@@ -334,7 +340,7 @@ struct Remains
 
     znt::Edges part;
     double left = 1;
-    double most = 0;
+    double most = 1e-9; // less is rounding
     Obstacle worst;
 };
 
@@ -363,7 +369,7 @@ Obstacle ZNTVisibility::obstacle(const QQuickItem *item)
             return {Obstacle::Undrawn, at};
         if (at->clip())
             remains.cut(boundsOf(at), {Obstacle::Clip, at});
-        remains.part = inParent(at, remains.part);
+        remains.become(inParent(at, remains.part), {Obstacle::Scaled, at});
     }
     remains.cut(frameOf(item->window()), {Obstacle::WindowEdge, nullptr});
     return remains.worst;

@@ -96,6 +96,7 @@ public:
             Transparent,    // likewise: its opacity is 0
             Undrawn,        // a row that its view does not draw
             Clip,           // an ancestor, or the item itself
+            Scaled,         // the item, or an ancestor, is drawn smaller than it is
             WindowEdge,     // what lies outside of the window
             WindowNotShown, // it is hidden, minimised, transparent or not exposed
         };
