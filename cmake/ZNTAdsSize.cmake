@@ -27,6 +27,7 @@ if(BUILD_SHARED_LIBS AND UNIX AND NOT APPLE)
     target_compile_options(ZNTAds PRIVATE $<${release}:-fno-rtti>)
     set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/ZNTAds_autogen/mocs_compilation.cpp
         PROPERTIES COMPILE_OPTIONS $<${release}:-frtti> SKIP_PRECOMPILE_HEADERS ON)
+    target_link_options(ZNTAds PRIVATE $<${release}:LINKER:-z,noseparate-code>)
     check_linker_flag(CXX LINKER:-z,pack-relative-relocs ZNTADS_PACKS_RELOCATIONS)
     if(ZNTADS_PACKS_RELOCATIONS)
         target_link_options(ZNTAds PRIVATE $<${release}:LINKER:-z,pack-relative-relocs>)

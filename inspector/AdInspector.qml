@@ -125,7 +125,7 @@ Item {
                 width: head.width - buttons.width - head.spacing
                 height: buttons.height
                 verticalAlignment: Text.AlignVCenter
-                text: qsTr("%1 ads, %2 events").arg(ads.count).arg(journal.count)
+                text: qsTr("Ads: %1 · events: %2").arg(ads.count).arg(journal.count)
                 color: "white"
                 font { pixelSize: 16; bold: true }
                 elide: Text.ElideRight
@@ -187,7 +187,7 @@ Item {
                     color: "#4a5568"
 
                     Rectangle {
-                        width: parent.width * row.share / 100
+                        width: row.view ? parent.width * row.share / 100 : 0
                         height: parent.height
                         color: row.share >= explanation.ratio ? "#48bb78" : "#f56565"
                     }
@@ -239,7 +239,7 @@ Item {
                 readonly property string what: model.what
 
                 width: ListView.view.width
-                text: Qt.formatTime(new Date(model.time), "HH:mm:ss.zzz") + "  " + model.text
+                text: Qt.formatTime(new Date(model.time), "HH:mm:ss.zzz") + "  " + model.what + "  " + model.remark
                 textFormat: Text.PlainText
                 color: what === "failed" || what === "refused" || what === "tracker failed" ? "#feb2b2" : "#e2e8f0"
                 font.pixelSize: 12

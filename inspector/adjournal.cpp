@@ -192,6 +192,8 @@ QVariant ZNTAdJournal::data(const QModelIndex &index, int role) const
         return event.what;
     case DetailsRole:
         return event.details;
+    case RemarkRole:
+        return remarkOn(event.details);
     case TextRole:
     case Qt::DisplayRole:
         return textOf(event);
@@ -203,5 +205,6 @@ QVariant ZNTAdJournal::data(const QModelIndex &index, int role) const
 QHash<int, QByteArray> ZNTAdJournal::roleNames() const
 {
     return {{TimeRole, "time"}, {FormatRole, "format"}, {PositionRole, "position"},
-        {AdIdRole, "adId"}, {WhatRole, "what"}, {DetailsRole, "details"}, {TextRole, "text"}};
+        {AdIdRole, "adId"}, {WhatRole, "what"}, {DetailsRole, "details"}, {RemarkRole, "remark"},
+        {TextRole, "text"}};
 }

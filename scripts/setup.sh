@@ -9,6 +9,7 @@ build=(
     libgl1-mesa-dev
     qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtqml qml6-module-qtqml-models
     qml6-module-qtqml-workerscript qml6-module-qttest
+    qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-templates
     libssl-dev zlib1g-dev fonts-noto-cjk
     qt6-image-formats-plugins gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
     nghttp2-server openssl

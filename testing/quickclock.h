@@ -13,7 +13,7 @@ class QuickClock : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(bool held READ isHeld WRITE setHeld NOTIFY heldChanged)
-    Q_PROPERTY(int speed READ speed WRITE setSpeed NOTIFY speedChanged)
+    Q_PROPERTY(double speed READ speed WRITE setSpeed NOTIFY speedChanged)
     Q_PROPERTY(qint64 elapsed READ elapsed)
 
 public:
@@ -25,8 +25,8 @@ public:
 
     bool isHeld() const { return m_clock.has_value(); }
     void setHeld(bool held);
-    int speed() const { return m_speed; }
-    void setSpeed(int speed);
+    double speed() const { return m_speed; }
+    void setSpeed(double speed);
     qint64 elapsed() const { return m_clock ? m_clock->elapsed().count() : 0; }
 
     // Does nothing while time is not held.
@@ -38,7 +38,7 @@ Q_SIGNALS:
 
 private:
     std::optional<ZNTTestClock> m_clock;
-    int m_speed = 0;
+    double m_speed = 0;
 };
 
 } // namespace znt::testing

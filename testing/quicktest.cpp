@@ -22,7 +22,7 @@ void QuickClock::setHeld(bool held)
     Q_EMIT heldChanged();
 }
 
-void QuickClock::setSpeed(int speed)
+void QuickClock::setSpeed(double speed)
 {
     if (std::exchange(m_speed, speed) == speed)
         return;

@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace std::chrono_literals;
 
@@ -61,11 +62,13 @@ struct ZNTTestClock::Private
     }
 
     void advance(qint64 time);
+    void pass();
 
     HeldAnimations animations;
     QTimer pulse; // of the time that goes on by itself
     QElapsedTimer sincePulse;
-    int speed = 0;
+    double speed = 0;
+    double rest = 0; // of a millisecond, that has not passed yet
     qint64 start = 0;
     bool isAdvancing = false;
 };
@@ -80,7 +83,7 @@ ZNTTestClock::ZNTTestClock()
     d->animations.install();
     QObject::connect(&d->pulse, &QTimer::timeout, &d->pulse, [this] {
         if (!d->isAdvancing)
-            d->advance(d->sincePulse.restart() * d->speed);
+            d->pass();
     });
 }
 
@@ -113,9 +116,19 @@ void ZNTTestClock::Private::advance(qint64 time)
     isAdvancing = false;
 }
 
-void ZNTTestClock::setSpeed(int speed)
+// By itself, as far as whole milliseconds go.
+void ZNTTestClock::Private::pass()
 {
-    d->speed = std::max(speed, 0);
+    rest += double(sincePulse.restart()) * speed;
+    const double whole = std::floor(rest);
+    rest -= whole;
+    if (whole > 0)
+        advance(qint64(whole));
+}
+
+void ZNTTestClock::setSpeed(double speed)
+{
+    d->speed = std::max(speed, 0.0);
     if (d->speed == 0)
         d->pulse.stop();
     else

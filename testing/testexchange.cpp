@@ -2,6 +2,7 @@
 
 #include "expectation.h"
 
+#include "sandbox/builtinanswers.h"
 #include "sandbox/exchange.h"
 
 #include <ZNTAds/ZNTAdsSDK.h>
@@ -194,6 +195,11 @@ void ZNTTestExchange::setTimeout(int milliseconds)
     milliseconds = std::max(milliseconds, 0);
     if (std::exchange(d->timeout, milliseconds) != milliseconds)
         Q_EMIT timeoutChanged();
+}
+
+QStringList ZNTTestExchange::builtInPositions()
+{
+    return sandbox::builtInPositions();
 }
 
 QJsonObject ZNTTestExchange::answer(const QString &position) const

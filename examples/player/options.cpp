@@ -1,5 +1,7 @@
 #include "options.h"
 
+#include "surroundings.h"
+
 #include <QCommandLineParser>
 #include <QFile>
 #include <QJsonArray>
@@ -57,12 +59,14 @@ QString readNumber(const QString &value, Number *number)
     return ok ? QString() : expected("a number");
 }
 
-QString readSeconds(const QString &value, double *seconds)
+template <class Seconds>
+QString readSeconds(const QString &value, Seconds *seconds)
 {
     bool ok = false;
-    *seconds = value.toDouble(&ok);
-    return ok && *seconds >= 0 && *seconds <= longestSeconds ? QString()
-                                                             : expected("a number of seconds");
+    const double number = value.toDouble(&ok);
+    *seconds = number;
+    return ok && number >= 0 && number <= longestSeconds ? QString()
+                                                         : expected("a number of seconds");
 }
 
 QString readSize(const QString &value, QSizeF *size)
@@ -265,7 +269,8 @@ void define(QCommandLineParser *parser)
 {
     parser->setApplicationDescription(
         u"Registers, loads one ad format, shows it and prints what happens."_s);
-    parser->addPositionalArgument(u"format"_s, QString(), u"splash|interstitial|feed|tour"_s);
+    parser->addPositionalArgument(
+        u"format"_s, QString(), u"splash|interstitial|feed|tour|studio"_s);
     parser->addOption({{u"h"_s, u"help"_s}, u"this help"_s});
     for (const Definition &definition : definitions) {
         parser->addOption({QString::fromLatin1(definition.name),
@@ -292,10 +297,15 @@ QString readOptions(const QCommandLineParser &parser, Options *options)
 
 QString readFormat(const QStringList &arguments, Format *format)
 {
-    static const QStringList names{u"splash"_s, u"interstitial"_s, u"feed"_s, u"tour"_s};
+    static const QStringList names{
+        u"splash"_s, u"interstitial"_s, u"feed"_s, u"tour"_s, u"studio"_s};
+    if (arguments.isEmpty() && hasDisplay()) {
+        *format = Format::Studio;
+        return {};
+    }
     const qsizetype index = arguments.size() == 1 ? names.indexOf(arguments.first()) : -1;
     *format = Format(qMax<qsizetype>(index, 0));
-    return index < 0 ? u"expected one of splash, interstitial, feed, tour"_s : QString();
+    return index < 0 ? u"expected one of splash, interstitial, feed, tour, studio"_s : QString();
 }
 
 QString contradiction(const Options &options)
@@ -323,6 +333,8 @@ QString Options::formatName() const
         return u"interstitial"_s;
     case Format::Feed:
         return u"feed"_s;
+    case Format::Studio:
+        return u"studio"_s;
     case Format::Tour:
         break;
     }

@@ -13,7 +13,7 @@ namespace player {
 
 using namespace Qt::StringLiterals;
 
-enum class Format { Splash, Interstitial, Feed, Tour };
+enum class Format { Splash, Interstitial, Feed, Tour, Studio };
 enum class UrlOpening { Ok, Fail, FailDeeplink, Desktop };
 
 struct Options
@@ -37,7 +37,7 @@ struct Options
     QString dataDir;
     std::optional<UrlOpening> urlOpening;
     QString events = u"-"_s;
-    double duration = 60;
+    std::optional<double> duration; // 60 where there has to be one
     qint64 style = 0;
     QString video;
     std::optional<double> bottomView;

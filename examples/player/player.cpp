@@ -30,8 +30,7 @@ Player::Player(const Options &options, EventLog &events)
 
 void Player::start()
 {
-    const qint64 left = milliseconds(m_options.duration) - m_events.milliseconds();
-    QTimer::singleShot(qMax<qint64>(0, left), Qt::PreciseTimer, qApp, &QCoreApplication::quit);
+    limitTime();
     registerHost();
     ZNTAdsSDK::setLinkOpener(
         [this](const QString &link, const auto &done) { openLink(link, done); });
@@ -40,8 +39,23 @@ void Player::start()
     play();
 }
 
+// A studio stays open, unless it is told how long.
+void Player::limitTime()
+{
+    if (m_options.format == Format::Studio && !m_options.duration)
+        return;
+    constexpr double otherwise = 60;
+    const qint64 left =
+        milliseconds(m_options.duration.value_or(otherwise)) - m_events.milliseconds();
+    QTimer::singleShot(qMax<qint64>(0, left), Qt::PreciseTimer, qApp, &QCoreApplication::quit);
+}
+
 void Player::registerHost()
 {
+    if (m_options.format == Format::Studio && m_options.exchange.isEmpty()) {
+        m_exchange = std::make_unique<ZNTTestExchange>();
+        m_exchange->setSecret(m_options.secret);
+    }
     if (m_options.log)
         ZNTAdsSDK::setLogEnabled(*m_options.log);
     if (m_options.testMode)
@@ -74,18 +88,31 @@ void Player::openLink(const QString &link, const std::function<void(bool)> &done
 void Player::play()
 {
     const auto quit = [this] { finish(0); };
-    if (m_options.format == Format::Tour) {
-        m_tour = std::make_unique<Tour>(m_options, m_events, m_stage);
-        connect(m_tour.get(), &Tour::quitAsked, this, quit);
-        connect(m_tour.get(), &Tour::finished, this, [this](bool all) { finish(all ? 0 : 1); });
-        m_tour->start();
-        return;
-    }
+    if (m_options.format == Format::Tour)
+        return playTour();
+    if (m_options.format == Format::Studio)
+        return openStudio();
     m_session = std::make_unique<Session>(m_options, m_events, m_stage);
     connect(m_session.get(), &Session::quitAsked, this, quit);
     connect(m_session.get(), &Session::finished, this, quit);
     connect(m_session.get(), &Session::failed, this, [this] { finish(1); });
     m_session->start();
+}
+
+void Player::playTour()
+{
+    m_tour = std::make_unique<Tour>(m_options, m_events, m_stage);
+    connect(m_tour.get(), &Tour::quitAsked, this, [this] { finish(0); });
+    connect(m_tour.get(), &Tour::finished, this, [this](bool all) { finish(all ? 0 : 1); });
+    m_tour->start();
+}
+
+void Player::openStudio()
+{
+    m_studio = std::make_unique<Studio>(m_options, m_events, m_stage);
+    connect(m_studio.get(), &Studio::closed, qApp, &QCoreApplication::quit);
+    if (!m_studio->start())
+        finish(1);
 }
 
 // The first end counts; what comes while the run lingers changes nothing.

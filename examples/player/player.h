@@ -1,8 +1,10 @@
 // The run: registration, the ad, and when and with which status it ends.
 #pragma once
 
-#include "session.h"
+#include "studio.h"
 #include "tour.h"
+
+#include <ZNTAdsTesting/ZNTTestExchange.h>
 
 namespace player {
 
@@ -17,16 +19,21 @@ public:
     int status() const { return m_status; }
 
 private:
+    void limitTime();
     void registerHost();
     void openLink(const QString &link, const std::function<void(bool)> &done);
     void play();
+    void playTour();
+    void openStudio();
     void finish(int status);
 
     const Options &m_options;
     EventLog &m_events;
     Stage m_stage;
+    std::unique_ptr<ZNTTestExchange> m_exchange; // of a studio that was given none
     std::unique_ptr<Session> m_session;
     std::unique_ptr<Tour> m_tour;
+    std::unique_ptr<Studio> m_studio;
     bool m_finished = false;
     int m_status = 0;
 };

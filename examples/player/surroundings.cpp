@@ -9,6 +9,8 @@ namespace player {
 
 namespace {
 
+const QStringList windowless{u"offscreen"_s, u"minimal"_s};
+
 bool keepUnder(const QDir &dir)
 {
     // The display's key lies in the home that is left behind.
@@ -43,8 +45,7 @@ QJsonValue typed(const QVariant &value)
 
 bool settleProcess(const Options &options)
 {
-    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
-        && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    if (!hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     return options.dataDir.isEmpty() || keepUnder(QDir(options.dataDir));
 }
@@ -71,9 +72,17 @@ void settleApplication(const Options &options)
     }
 }
 
+bool hasDisplay()
+{
+    const QString platform = qEnvironmentVariable("QT_QPA_PLATFORM").section(u':', 0, 0);
+    if (!platform.isEmpty())
+        return !windowless.contains(platform);
+    return !qEnvironmentVariableIsEmpty("DISPLAY")
+        || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
 bool isOffScreen()
 {
-    static const QStringList windowless{u"offscreen"_s, u"minimal"_s};
     return windowless.contains(QGuiApplication::platformName());
 }
 

@@ -12,6 +12,9 @@ bool settleProcess(const Options &options);
 // After it: the application's name, its user defaults, the trusted authorities.
 void settleApplication(const Options &options);
 
+// By the environment, before the application object.
+bool hasDisplay();
+// With it.
 bool isOffScreen();
 
 // The stored keys of the library with their values.

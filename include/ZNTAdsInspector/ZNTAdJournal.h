@@ -28,6 +28,7 @@ public:
         AdIdRole,                ///< "adId": the ad's id, or empty while there is none
         WhatRole,                ///< "what": see below
         DetailsRole,             ///< "details": an object, see below
+        RemarkRole,              ///< "remark": what of the details tells the most, in a line
         TextRole,                ///< "text": all of it but the time in a line
     };
     Q_ENUM(Role)

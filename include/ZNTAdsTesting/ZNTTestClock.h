@@ -32,9 +32,10 @@ public:
     /// nothing.
     void advance(std::chrono::milliseconds time);
     /// From now on time goes on by itself, that many times as fast as real time, while the event
-    /// loop runs; 0, as at first, lets it stand still. What is real, a network for instance, is
-    /// given as much less time: 10 suits tests that wait for conditions.
-    void setSpeed(int speed);
+    /// loop runs; less than 1 is slow motion, and 0, as at first, lets it stand still. What is
+    /// real, a network for instance, is given as much less time: 10 suits tests that wait for
+    /// conditions.
+    void setSpeed(double speed);
     /// What has passed since the clock was held.
     std::chrono::milliseconds elapsed() const;
 

@@ -57,6 +57,8 @@ public:
     int timeout() const;
     void setTimeout(int milliseconds);
 
+    /// The positions that are answered by what is built in.
+    Q_INVOKABLE static QStringList builtInPositions();
     /// What the position would be answered now, of which a test may change what it likes. Built in
     /// are "splash", "interstitial", "feed" with an ad for each of the nine templates, a position
     /// for each template's code such as "XCT", and the faults, such as "slow", "dropped",
