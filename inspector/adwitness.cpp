@@ -112,6 +112,10 @@ void AdWitness::take(Step step, QObject *source, const QString &text)
         tell({source ? formatOf(source) : QString(), keyOf(source).position, {}},
             QStringLiteral("refused"), {{QStringLiteral("error"), text}});
         break;
+    case Step::Loaded:
+        know(source);
+        loaded(source);
+        break;
     case Step::Telling:
         know(source);
         break;
@@ -175,6 +179,19 @@ AdKey AdWitness::keyOf(const QObject *manager) const
     return key;
 }
 
+void AdWitness::loaded(QObject *manager)
+{
+    if (const auto *feed = qobject_cast<const ZNTFeedManager *>(manager)) {
+        for (const auto ads = feed->loadedAdDataArray(); const ZNTFeedAdDataPtr &ad : ads) {
+            const AdKey key{QStringLiteral("feed"), feed->mediaId(), ad->adId()};
+            knowTrackers(key, {ad->viewUrl3rd(), ad->clickUrl3rd(), ad->dpEventUrls()});
+            tell(key, QStringLiteral("loaded"));
+        }
+    } else {
+        tell(keyOf(manager), QStringLiteral("loaded"));
+    }
+}
+
 // What the formats that cover a window have in common. An ad that is closed is forgotten by its
 // manager before it says so.
 template <class Manager>
@@ -182,9 +199,7 @@ void AdWitness::hearFullScreen(Manager *manager)
 {
     const auto remember = [this, manager] {
         const AdKey key = keyOf(manager);
-        knowTrackers(key, QStringLiteral("view"), manager->viewUrl3rd());
-        knowTrackers(key, QStringLiteral("click"), manager->clickUrl3rd());
-        knowTrackers(key, QStringLiteral("deep link"), manager->dpEventUrls());
+        knowTrackers(key, {manager->viewUrl3rd(), manager->clickUrl3rd(), manager->dpEventUrls()});
         if (!key.adId.isEmpty())
             m_managers[manager] = key;
     };
@@ -196,7 +211,6 @@ void AdWitness::hearFullScreen(Manager *manager)
             tell(m_managers.value(manager), what);
         };
     };
-    connect(manager, &Manager::loaded, this, saying(QStringLiteral("loaded")));
     connect(manager, &Manager::appeared, this, saying(QStringLiteral("shown")));
     connect(manager, &Manager::clicked, this, saying(QStringLiteral("tapped")));
     connect(manager, &Manager::failed, this, [this, manager](const ZNTError &error) {
@@ -222,16 +236,6 @@ void AdWitness::knowInterstitial(ZNTInterstitialManager *manager)
 
 void AdWitness::knowFeed(ZNTFeedManager *manager)
 {
-    connect(manager, &ZNTFeedManager::loaded, this,
-        [this, manager](const QList<ZNTFeedAdDataPtr> &ads) {
-            for (const ZNTFeedAdDataPtr &ad : ads) {
-                const AdKey key{QStringLiteral("feed"), manager->mediaId(), ad->adId()};
-                knowTrackers(key, QStringLiteral("view"), ad->viewUrl3rd());
-                knowTrackers(key, QStringLiteral("click"), ad->clickUrl3rd());
-                knowTrackers(key, QStringLiteral("deep link"), ad->dpEventUrls());
-                tell(key, QStringLiteral("loaded"));
-            }
-        });
     connect(manager, &ZNTFeedManager::failed, this, [this, manager](const ZNTError &error) {
         tell({QStringLiteral("feed"), manager->mediaId(), {}}, QStringLiteral("failed"),
             detailsOf(error));
@@ -249,12 +253,17 @@ void AdWitness::knowFeed(ZNTFeedManager *manager)
     connect(manager, &ZNTFeedManager::closed, this, saying(QStringLiteral("closed")));
 }
 
-void AdWitness::knowTrackers(const AdKey &ad, const QString &kind, const QJsonValue &urls)
+// Of views, clicks and deep links.
+void AdWitness::knowTrackers(const AdKey &ad, const std::array<QJsonValue, 3> &lists)
 {
     if (m_trackers.size() > maximumTrackers)
         m_trackers.clear();
-    for (const auto list = urls.toArray(); const QJsonValue &url : list)
-        m_trackers.insert(url.toString(), {ad, kind});
+    const QString kinds[] = {
+        QStringLiteral("view"), QStringLiteral("click"), QStringLiteral("deep link")};
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        for (const auto urls = lists[i].toArray(); const QJsonValue &url : urls)
+            m_trackers.insert(url.toString(), {ad, kinds[i]});
+    }
 }
 
 void AdWitness::tracked(Step step, const QString &text)

@@ -11,7 +11,9 @@
 #include <QQuickItem>
 #include <QTimer>
 
+#include <array>
 #include <memory>
+#include <optional>
 
 class ZNTFeedManager;
 class ZNTInterstitialManager;
@@ -83,7 +85,8 @@ private:
     void knowInterstitial(ZNTInterstitialManager *manager);
     void knowFeed(ZNTFeedManager *manager);
     void knowFeedView(QQuickItem *view, const QString &adId);
-    void knowTrackers(const AdKey &ad, const QString &kind, const QJsonValue &urls);
+    void knowTrackers(const AdKey &ad, const std::array<QJsonValue, 3> &lists);
+    void loaded(QObject *manager);
     template <class Manager>
     void hearFullScreen(Manager *manager);
 

@@ -13,8 +13,32 @@ cmake --build --preset dev --target zntads-exchange zntads-player
 work=$(mktemp -d)
 trap 'kill $(jobs -p) 2>/dev/null || true; rm -rf "$work"' EXIT
 
-timeline() { # WHO: one line of JSON a line, cut to a width that a terminal shows
-    while IFS= read -r line; do printf '%-9s %.170s\n' "$1" "$line"; done
+# One short line for each line of JSON.
+timeline() { # WHO
+    local line
+    while IFS= read -r line; do printf '%-9s %s\n' "$1" "$("in_words_of_the_$1" "$line")"; done
+}
+member() { # NAME LINE: its value as text, empty without one
+    sed -nE "s/.*\"$1\": ?\"?((\\\\.|[^\"\\,}])*)\"?[,}].*/\1/p" <<<"$2"
+}
+in_words_of_the_player() {
+    local ms event rest
+    ms=$(member ms "$1") event=$(member event "$1")
+    rest=$(sed -E 's/^\{"ms":[0-9]+,"event":"[^"]*",?//; s/\}$//; s/"([a-zA-Z]+)":/\1 /g; s/,([a-zA-Z]+) /, \1 /g; s/"//g' <<<"$1")
+    rest=${rest#action }
+    printf '%6d.%03d s  %s%s' $((ms / 1000)) $((ms % 1000)) "$event" "${rest:+: $rest}"
+}
+in_words_of_the_exchange() {
+    local signed
+    case $(member signatureOk "$1") in
+        true) signed=", rightly signed" ;;
+        false) signed=", WRONGLY SIGNED" ;;
+    esac
+    if [ "$(member event "$1")" = listening ]; then
+        printf 'listens at %s and %s' "$(member https "$1")" "$(member http "$1")"
+    else
+        printf '%s %s%s' "$(member method "$1")" "$(member path "$1")" "${signed:-}"
+    fi
 }
 
 echo "== The exchange starts"
@@ -36,3 +60,8 @@ play --at "1:scroll:700" --at "1.5:screenshot:$pictures/feed-scrolled.png" --at 
 
 echo "Pictures: $pictures"
 ls "$pictures"
+
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ "${QT_QPA_PLATFORM:-}" != offscreen ]; then
+    echo "== The studio: any ad, at any size; it stays until it is closed"
+    play studio
+fi

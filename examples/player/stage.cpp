@@ -1,5 +1,7 @@
 #include "stage.h"
 
+#include "surroundings.h"
+
 #include <QQmlComponent>
 #include <QQuickItem>
 
@@ -34,9 +36,26 @@ QQuickItem *Stage::fill(const QString &name)
     return item;
 }
 
+void Stage::setCaption(const QString &caption)
+{
+    if (isOffScreen())
+        return;
+    if (!m_caption) {
+        m_caption.reset(make(u"Caption"_s));
+        m_caption->setParentItem(m_window.contentItem());
+    }
+    m_caption->setProperty("text", caption);
+}
+
 bool Stage::screenshot(const QString &path)
 {
-    return m_window.grabWindow().save(path, "PNG");
+    const double opacity = m_caption ? m_caption->opacity() : 0;
+    if (m_caption)
+        m_caption->setOpacity(0);
+    const bool saved = m_window.grabWindow().save(path, "PNG");
+    if (m_caption)
+        m_caption->setOpacity(opacity);
+    return saved;
 }
 
 } // namespace player

@@ -4,6 +4,8 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 
+#include <memory>
+
 namespace player {
 
 class Stage
@@ -19,11 +21,16 @@ public:
     // The same, put into the window, which it fills.
     QQuickItem *fill(const QString &name);
 
+    // A line over what is shown, where a person looks at it; none while it is empty.
+    void setCaption(const QString &caption);
+
+    // Without the caption.
     bool screenshot(const QString &path);
 
 private:
     QQmlEngine m_engine;
     QQuickWindow m_window;
+    std::unique_ptr<QQuickItem> m_caption; // once there was one
 };
 
 } // namespace player

@@ -1,6 +1,7 @@
 #include "tour.h"
 
 #include "dump.h"
+#include "surroundings.h"
 
 #include <QDir>
 
@@ -13,19 +14,22 @@ struct Stop
     Format format;
     qint64 style;
     const char *picture;
+    const char *caption;
 };
 
 constexpr Stop stops[] = {
-    {Format::Splash, 0, "splash-image.png"},
-    {Format::Splash, 1, "splash-shake.png"},
-    {Format::Splash, 2, "splash-slide.png"},
-    {Format::Interstitial, 0, "interstitial.png"},
-    {Format::Feed, 0, "feed.png"},
+    {Format::Splash, 0, "splash-image.png", "A splash ad: five seconds, a picture, a tap"},
+    {Format::Splash, 1, "splash-shake.png", "A splash ad that a shake opens"},
+    {Format::Splash, 2, "splash-slide.png", "A splash ad that a slide upwards opens"},
+    {Format::Interstitial, 0, "interstitial.png",
+        "An interstitial ad, over a screen of the application"},
+    {Format::Feed, 0, "feed.png", "Feed ads: nine templates in a list"},
 };
 
 constexpr int look = 50;       // milliseconds between two looks at the ad
-constexpr int stay = 1000;     // milliseconds for people to look at it, and for it to be counted
-constexpr int patience = 4000; // milliseconds for pictures that do not come; a splash ad has five
+constexpr int stay = 1000;     // milliseconds for the ad to be counted
+constexpr int reading = 3500;  // milliseconds for people to read its caption; a splash ad has five
+constexpr int patience = 4000; // milliseconds for pictures that do not come
 
 } // namespace
 
@@ -51,6 +55,7 @@ void Tour::begin()
     options.style = stops[m_stop].style;
     m_session = std::make_unique<Session>(options, m_events, m_stage);
     connect(m_session.get(), &Session::shown, this, [this] {
+        m_stage.setCaption(tr(stops[m_stop].caption));
         m_waited.start();
         m_watch.start();
     });
@@ -67,7 +72,7 @@ void Tour::watch()
     AdRun &run = m_session->run();
     const QQuickItem *ad = run.adView(0);
     const bool impatient = m_waited.elapsed() > patience;
-    const bool looked = m_waited.elapsed() > stay;
+    const bool looked = m_waited.elapsed() > (isOffScreen() ? stay : reading);
     if (ad && looked && isOnScreen(ad) && (impatient || hasPictures(run.screen())))
         take();
     else if (impatient)
@@ -98,6 +103,7 @@ void Tour::end(qsizetype stop)
     if (stop != m_stop)
         return;
     m_watch.stop();
+    m_stage.setCaption({});
     m_session.reset();
     if (++m_stop < qsizetype(std::size(stops)))
         begin();

@@ -167,6 +167,7 @@ private:
     }
     void succeed(qsizetype count, const std::function<void()> &loaded)
     {
+        ZNTAdTrace::note(ZNTAdTrace::Loaded, m_manager);
         logCount(m_format.loaded, count);
         notifyLater(loaded);
     }

@@ -18,6 +18,7 @@ public:
         Requested,     // source: the manager; text: the ad position
         Answered,      // source: the manager
         Refused,       // source: the manager; text: the error
+        Loaded,        // source: the manager, before the host hears of it
         Telling,       // source: the manager, which is about to emit one of its signals
         FeedView,      // source: a view that now stands for the feed ad whose id is the text
         WatchStarted,  // source: the view

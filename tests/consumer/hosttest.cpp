@@ -6,6 +6,9 @@
 #include <ZNTAds/ZNTInterstitialManager.h>
 #include <ZNTAds/ZNTSplashAdView.h>
 #include <ZNTAds/ZNTSplashManager.h>
+#include <ZNTAdsInspector/ZNTAdExplanation.h>
+#include <ZNTAdsInspector/ZNTAdJournal.h>
+#include <ZNTAdsInspector/ZNTInspector.h>
 #include <ZNTAdsTesting/ZNTAdSpy.h>
 #include <ZNTAdsTesting/ZNTTestClock.h>
 #include <ZNTAdsTesting/ZNTTestExchange.h>
@@ -189,6 +192,37 @@ private slots:
         ZNT_EXPECT(spy.once(ZNTAdSpy::Seen));
     }
     //! [hidden]
+
+    //! [inspector]
+    void aHiddenAdIsExplained()
+    {
+        ZNTTestClock clock;
+        ZNTTestExchange exchange;
+        ZNTTestHand hand(&window);
+        ZNTAdJournal journal;
+        journal.setEnabled(true);
+        ZNTSplashManager splash;
+        QVERIFY(splash.handleAdResponse(exchange.answer("splash")));
+        splash.showSplashAdWithWindow(&window);
+        ZNT_EXPECT(hand.sees(ZNTTestHand::SplashAd));
+        splash.splashAdView()->setOpacity(0);
+
+        ZNTAdExplanation explanation;
+        explanation.setView(splash.splashAdView());
+        QVERIFY(!explanation.counts());
+        QCOMPARE(explanation.reason(), ZNTAdExplanation::Transparent);
+        qInfo("%s\n%s", qPrintable(explanation.sentence()), qPrintable(journal.json()));
+    }
+    //! [inspector]
+
+    void aPanelOpens()
+    {
+        ZNTTestHand hand(&window);
+        const std::unique_ptr<QQuickItem> panel(ZNTInspector::attach(&window));
+        QVERIFY(panel);
+        ZNT_EXPECT(hand.key(Qt::Key_F12));
+        QTRY_VERIFY(panel->property("open").toBool());
+    }
 
     // What is not met is said.
     void tellsWhatIsMissing()
