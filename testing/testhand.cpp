@@ -122,6 +122,8 @@ QQuickItem *ZNTTestHand::Private::find(Ad ad, int index) const
         return nullptr;
     QList<QQuickItem *> ads =
         itemsIn(window->contentItem(), [ad](const QQuickItem *item) { return isAd(item, ad); });
+    if (ad != FeedAd) // the one on top: another may be about to go
+        return index == 0 && !ads.isEmpty() ? ads.constLast() : nullptr;
     std::stable_sort(ads.begin(), ads.end(), [](const QQuickItem *one, const QQuickItem *other) {
         return one->mapToScene({}).y() < other->mapToScene({}).y();
     });
