@@ -180,6 +180,7 @@ void Exchange::reset()
     m_answers.clear();
     m_pathAnswers.clear();
     m_secret = defaultSecret;
+    m_creativesDir.clear();
 }
 
 Answer Exchange::handle(Request request)

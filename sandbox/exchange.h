@@ -75,7 +75,7 @@ public:
     bool waitForRequests(const QString &path, int count, int milliseconds = 5000);
     /// Drops the requests kept so far, and their hits unless these are wanted further.
     void forgetRequests(bool keepHits = false);
-    /// Forgets the requests, and answers as at first, with the secret that it has at first.
+    /// Forgets the requests, and answers as at first, with the secret and the files of then.
     void reset();
 
 signals:

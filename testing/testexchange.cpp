@@ -248,6 +248,11 @@ void ZNTTestExchange::setConfiguration(const QJsonObject &configuration)
     d->exchange->setAnswerAt(configurationPath, sandbox::jsonAnswer(configuration));
 }
 
+void ZNTTestExchange::setFolder(const QString &folder)
+{
+    d->exchange->setCreativesDir(folder);
+}
+
 void ZNTTestExchange::setFile(
     const QString &path, const QByteArray &data, const QByteArray &contentType)
 {

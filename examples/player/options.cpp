@@ -25,6 +25,7 @@ struct Definition
 };
 
 constexpr double largestSide = 16384;
+constexpr int largestPreview = 2048;
 
 QString expected(const char *what)
 {
@@ -90,6 +91,32 @@ QString readWindowSize(const QString &value, QSize *size)
     if (wrong.isEmpty() && QSizeF(*size) != exact)
         return expected("WxH in whole points");
     return wrong;
+}
+
+QString readSizes(const QString &value, QList<QSize> *sizes)
+{
+    sizes->clear();
+    for (const QString &each : value.split(u',')) {
+        QSize size;
+        const QString wrong = readWindowSize(each, &size);
+        if (!wrong.isEmpty() || size.width() > largestPreview || size.height() > largestPreview)
+            return expected("WxH,… of at most 2048 points");
+        sizes->append(size);
+    }
+    return {};
+}
+
+QString readScales(const QString &value, QList<double> *scales)
+{
+    scales->clear();
+    for (const QString &each : value.split(u',')) {
+        double scale = 0;
+        const QString wrong = readNumber(each, &scale);
+        if (!wrong.isEmpty() || !(scale >= 0.5 && scale <= 4))
+            return expected("numbers from 0.5 to 4");
+        scales->append(scale);
+    }
+    return {};
 }
 
 QString readSwitch(const QString &value, std::optional<bool> *on)
@@ -204,7 +231,7 @@ const Definition definitions[] = {
     {"set-default", "KEY=JSON", "store a value in the user defaults first; repeatable",
         [](const QString &v, Options &o) { return readDefault(v, &o.defaults); }},
     {"answer", "FILE", "no request: hand the JSON object in FILE to the manager",
-        [](const QString &v, Options &o) { return readAnswer(v, &o.answer); }},
+        [](const QString &v, Options &o) { o.answerFile = v; return readAnswer(v, &o.answer); }},
     {"no-register", nullptr, "do not register",
         [](const QString &, Options &o) { o.registers = false; return QString(); }},
     {"position", "ID", "position id of the request (the format's name)",
@@ -245,6 +272,12 @@ const Definition definitions[] = {
         [](const QString &v, Options &o) { return readSeconds(v, &o.linger); }},
     {"screenshots", "DIR", "tour: where its pictures go (screenshots)",
         [](const QString &v, Options &o) { return readFilled(v, &o.screenshots, "a folder"); }},
+    {"sizes", "WxH,…", "preview: sizes of the screen in points (320x568,375x812,812x375)",
+        [](const QString &v, Options &o) { return readSizes(v, &o.sizes); }},
+    {"scales", "S,…", "preview: pixels a point (1)",
+        [](const QString &v, Options &o) { return readScales(v, &o.scales); }},
+    {"out", "FILE", "preview: the sheet, a PNG file; the page goes beside it as HTML",
+        [](const QString &v, Options &o) { return readFilled(v, &o.out, "a file"); }},
     {"at", "T:ACTION", "run ACTION T seconds after the show call returned; repeatable",
         [](const QString &v, Options &o) { return readAt(v, &o.actions); }},
 };
@@ -270,7 +303,7 @@ void define(QCommandLineParser *parser)
     parser->setApplicationDescription(
         u"Registers, loads one ad format, shows it and prints what happens."_s);
     parser->addPositionalArgument(
-        u"format"_s, QString(), u"splash|interstitial|feed|tour|studio"_s);
+        u"format"_s, QString(), u"splash|interstitial|feed|tour|studio|preview"_s);
     parser->addOption({{u"h"_s, u"help"_s}, u"this help"_s});
     for (const Definition &definition : definitions) {
         parser->addOption({QString::fromLatin1(definition.name),
@@ -298,21 +331,24 @@ QString readOptions(const QCommandLineParser &parser, Options *options)
 QString readFormat(const QStringList &arguments, Format *format)
 {
     static const QStringList names{
-        u"splash"_s, u"interstitial"_s, u"feed"_s, u"tour"_s, u"studio"_s};
+        u"splash"_s, u"interstitial"_s, u"feed"_s, u"tour"_s, u"studio"_s, u"preview"_s};
     if (arguments.isEmpty() && hasDisplay()) {
         *format = Format::Studio;
         return {};
     }
     const qsizetype index = arguments.size() == 1 ? names.indexOf(arguments.first()) : -1;
     *format = Format(qMax<qsizetype>(index, 0));
-    return index < 0 ? u"expected one of splash, interstitial, feed, tour, studio"_s : QString();
+    return index < 0 ? u"expected one of splash, interstitial, feed, tour, studio, preview"_s
+                     : QString();
 }
 
 QString contradiction(const Options &options)
 {
     if (!options.video.isEmpty() && options.answer)
         return u"--video and --answer exclude each other"_s;
-    if (!options.shows && (!options.video.isEmpty() || options.format == Format::Tour))
+    if (options.format == Format::Preview && (!options.answer || options.out.isEmpty()))
+        return u"preview needs --answer and --out"_s;
+    if (!options.shows && (!options.video.isEmpty() || options.format >= Format::Tour))
         return u"--no-show needs something that can be loaded"_s;
     return {};
 }
@@ -335,6 +371,8 @@ QString Options::formatName() const
         return u"feed"_s;
     case Format::Studio:
         return u"studio"_s;
+    case Format::Preview:
+        return u"preview"_s;
     case Format::Tour:
         break;
     }

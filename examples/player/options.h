@@ -13,7 +13,7 @@ namespace player {
 
 using namespace Qt::StringLiterals;
 
-enum class Format { Splash, Interstitial, Feed, Tour, Studio };
+enum class Format { Splash, Interstitial, Feed, Tour, Studio, Preview };
 enum class UrlOpening { Ok, Fail, FailDeeplink, Desktop };
 
 struct Options
@@ -27,6 +27,7 @@ struct Options
     QString secret = u"demo-secret"_s;
     QList<std::pair<QString, QVariant>> defaults;
     std::optional<QJsonObject> answer;
+    QString answerFile;
     bool registers = true;
     std::optional<QString> position;
     bool hasPosition = true;
@@ -47,6 +48,9 @@ struct Options
     QSizeF templateSize{375, 200};
     double linger = 2;
     QString screenshots = u"screenshots"_s;
+    QList<QSize> sizes{{320, 568}, {375, 812}, {812, 375}};
+    QList<double> scales{1};
+    QString out;
     QList<Action> actions;
 
     // The format's name, as position id and in the window's title.

@@ -5,6 +5,7 @@
 #include <ZNTAds/ZNTAdsManager.h>
 #include <ZNTAds/ZNTAdsSDK.h>
 
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QTimer>
 
@@ -39,10 +40,10 @@ void Player::start()
     play();
 }
 
-// A studio stays open, unless it is told how long.
+// A studio stays open, and a preview takes what it takes, unless they are told how long.
 void Player::limitTime()
 {
-    if (m_options.format == Format::Studio && !m_options.duration)
+    if (m_options.format >= Format::Studio && !m_options.duration)
         return;
     constexpr double otherwise = 60;
     const qint64 left =
@@ -52,10 +53,8 @@ void Player::limitTime()
 
 void Player::registerHost()
 {
-    if (m_options.format == Format::Studio && m_options.exchange.isEmpty()) {
-        m_exchange = std::make_unique<ZNTTestExchange>();
-        m_exchange->setSecret(m_options.secret);
-    }
+    if (m_options.format >= Format::Studio && m_options.exchange.isEmpty())
+        startExchange();
     if (m_options.log)
         ZNTAdsSDK::setLogEnabled(*m_options.log);
     if (m_options.testMode)
@@ -92,6 +91,8 @@ void Player::play()
         return playTour();
     if (m_options.format == Format::Studio)
         return openStudio();
+    if (m_options.format == Format::Preview)
+        return drawPreview();
     m_session = std::make_unique<Session>(m_options, m_events, m_stage);
     connect(m_session.get(), &Session::quitAsked, this, quit);
     connect(m_session.get(), &Session::finished, this, quit);
@@ -113,6 +114,32 @@ void Player::openStudio()
     connect(m_studio.get(), &Studio::closed, qApp, &QCoreApplication::quit);
     if (!m_studio->start())
         finish(1);
+}
+
+void Player::drawPreview()
+{
+    m_stage.window().hide();
+    m_preview = std::make_unique<Preview>(m_options);
+    connect(m_preview.get(), &Preview::finished, this, [this](bool written) {
+        m_status = written ? 0 : 1;
+        QCoreApplication::quit();
+    });
+    m_preview->start();
+}
+
+// Its own, which also serves what lies beside an answer file.
+void Player::startExchange()
+{
+    m_exchange = std::make_unique<ZNTTestExchange>();
+    m_exchange->setSecret(m_options.secret);
+    m_options.exchange = m_exchange->httpsUrl();
+    m_options.logUpload = m_exchange->httpUrl();
+    if (!m_options.answer)
+        return;
+    m_exchange->setFolder(QFileInfo(m_options.answerFile).path());
+    const QString position = u"preview"_s;
+    m_exchange->setAnswer(position, *m_options.answer);
+    m_options.answer = m_exchange->answer(position);
 }
 
 // The first end counts; what comes while the run lingers changes nothing.

@@ -79,6 +79,9 @@ public:
         const QString &position, const QString &builtIn, const QJsonObject &changes);
     /// Answers requests for the configuration with the object from now on.
     Q_INVOKABLE void setConfiguration(const QJsonObject &configuration);
+    /// Serves the files of a folder at httpsUrl() + "/creatives/FILE", before those that are built
+    /// in, and its NAME.json as the answers of positions; none while it is empty.
+    void setFolder(const QString &folder);
     /// Serves a file of the test's own, a picture for instance, at httpsUrl() + @p path, which
     /// begins with a slash.
     void setFile(const QString &path, const QByteArray &data, const QByteArray &contentType);
