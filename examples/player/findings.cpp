@@ -1,9 +1,9 @@
 #include "findings.h"
 
-#include <QHash>
 #include <QQuickWindow>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace player {
@@ -81,26 +81,40 @@ double luminance(QRgb color)
 
 double contrast(QRgb one, QRgb other)
 {
-    const auto [dark, light] = std::minmax(luminance(one), luminance(other));
-    return (light + 0.05) / (dark + 0.05);
+    const double first = luminance(one);
+    const double second = luminance(other);
+    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
-// The colour that most of the place has: a text covers less than its ground.
-QRgb groundOf(const QImage &picture, const QRectF &place)
+bool isLike(QRgb one, QRgb other)
+{
+    constexpr int near = 60;
+    return std::abs(qRed(one) - qRed(other)) < near && std::abs(qGreen(one) - qGreen(other)) < near
+        && std::abs(qBlue(one) - qBlue(other)) < near;
+}
+
+// What lies there on average, without the text itself; the text's colour where there is nothing
+// else.
+QRgb groundOf(const QImage &picture, const QRectF &place, QRgb text)
 {
     const double ratio = picture.devicePixelRatio();
     const QRect pixels =
         QRectF(place.topLeft() * ratio, place.size() * ratio).toRect() & picture.rect();
-    QHash<QRgb, int> counts;
-    QRgb most = 0;
+    std::array<qint64, 3> sums{};
+    qint64 count = 0;
     for (int y = pixels.top(); y <= pixels.bottom(); ++y) {
         for (int x = pixels.left(); x <= pixels.right(); ++x) {
-            const QRgb color = picture.pixel(x, y) & 0xfff0f0f0; // a picture has many
-            if (++counts[color] > counts.value(most))
-                most = color;
+            const QRgb color = picture.pixel(x, y);
+            if (isLike(color, text))
+                continue;
+            sums[0] += qRed(color);
+            sums[1] += qGreen(color);
+            sums[2] += qBlue(color);
+            ++count;
         }
     }
-    return most;
+    return count == 0 ? text
+                      : qRgb(int(sums[0] / count), int(sums[1] / count), int(sums[2] / count));
 }
 
 QRgb over(const QColor &color, QRgb ground)
@@ -139,8 +153,9 @@ void findInText(const QQuickItem *text, const QImage &picture, QStringList *find
 {
     if (text->property("truncated").toBool())
         findings->append(u"%1 is cut"_s.arg(nameOf(text)));
-    const QRgb ground = groundOf(picture, placeOf(text));
-    const double found = contrast(over(text->property("color").value<QColor>(), ground), ground);
+    const QColor color = text->property("color").value<QColor>();
+    const QRgb ground = groundOf(picture, placeOf(text), color.rgb());
+    const double found = contrast(over(color, ground), ground);
     if (found < leastContrast)
         findings->append(u"%1 has a contrast of %2 to 1"_s.arg(nameOf(text)).arg(found, 0, 'f', 1));
 }
@@ -155,16 +170,16 @@ QStringList findingsIn(const QQuickItem *ad, const QImage &picture)
     const QRectF screen(QPointF(), QSizeF(ad->window()->size()));
     QList<const QQuickItem *> shown; // texts and controls
     for (const QQuickItem *item : all) {
-        const bool isWritten = isText(item) && !item->property("text").toString().isEmpty();
+        const bool hasText = !item->property("text").toString().isEmpty();
         const QVariant hasImage = item->property("hasImage");
         if (hasImage.isValid() && !hasImage.toBool())
             findings.append(u"%1 has no picture"_s.arg(nameOf(item)));
-        if (!isWritten && !isButton(item))
-            continue;
+        if (!hasText || (!isText(item) && !isButton(item)))
+            continue; // a button without a title is an area to tap
         shown.append(item);
         if (!screen.adjusted(-1, -1, 1, 1).contains(placeOf(item)))
             findings.append(u"%1 is partly off screen"_s.arg(nameOf(item)));
-        if (isWritten)
+        if (isText(item))
             findInText(item, picture, &findings);
     }
     findOverlaps(shown, &findings);

@@ -24,11 +24,12 @@ Preview::Preview(const Options &options)
 void Preview::start()
 {
     QList<SheetPart> parts;
+    int patience = 5000; // milliseconds
     for (const QSize size : m_options.sizes) {
         for (const double scale : m_options.scales) {
             SheetPart part{titleOf(size, scale), {}};
             for (const auto all = drawings(); const Drawing &drawing : all)
-                part.cells.append(drawCell(drawing, *m_options.answer, size, scale));
+                part.cells.append(drawCell(drawing, *m_options.answer, size, scale, &patience));
             parts.append(part);
         }
     }

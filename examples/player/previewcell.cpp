@@ -27,11 +27,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int patience = 5000; // milliseconds for pictures, which are real
-constexpr int look = 20;
+constexpr int look = 20;            // milliseconds
+constexpr int impatience = 300;     // milliseconds, when pictures have failed to come
 constexpr double plainHeight = 200; // points, of a template that asks for none
 
-void waitFor(const std::function<bool()> &holds)
+bool waitFor(const std::function<bool()> &holds, int patience)
 {
     QElapsedTimer waited;
     waited.start();
@@ -40,6 +40,7 @@ void waitFor(const std::function<bool()> &holds)
         QTimer::singleShot(look, &loop, &QEventLoop::quit);
         loop.exec();
     }
+    return holds();
 }
 
 // A window with the manager that shows the ad in it; null where the answer has none.
@@ -52,14 +53,7 @@ public:
         window.contentItem()->setSize(size);
         window.setColor(Qt::white);
         window.show();
-        switch (drawing.kind) {
-        case Drawing::Splash:
-            return showSplash(drawing.style, answer);
-        case Drawing::Interstitial:
-            return showInterstitial(answer);
-        case Drawing::Feed:
-            return showFeed(drawing.style, answer);
-        }
+        show(drawing, answer);
     }
 
     QQuickItem *view() const
@@ -74,6 +68,17 @@ public:
     QQuickWindow window;
 
 private:
+    void show(const Drawing &drawing, const QJsonObject &answer)
+    {
+        switch (drawing.kind) {
+        case Drawing::Splash:
+            return showSplash(drawing.style, answer);
+        case Drawing::Interstitial:
+            return showInterstitial(answer);
+        case Drawing::Feed:
+            return showFeed(drawing.style, answer);
+        }
+    }
     void showSplash(int style, const QJsonObject &answer)
     {
         m_splash.setAdStyle(style);
@@ -95,6 +100,8 @@ private:
         if (!view)
             return;
         view->setupWithAdsData(m_feed.loadedAdDataArray().constFirst());
+        if (view->implicitHeight() > 0)
+            view->setHeight(view->implicitHeight());
         m_row->setParentItem(window.contentItem());
         window.resize(window.width(), int(m_row->height()));
         window.contentItem()->setSize(window.size());
@@ -115,7 +122,7 @@ QImage pictureOf(QQuickWindow &window, double scale)
     bool isReady = false;
     QObject::connect(
         result.get(), &QQuickItemGrabResult::ready, result.get(), [&isReady] { isReady = true; });
-    waitFor([&isReady] { return isReady; });
+    waitFor([&isReady] { return isReady; }, 5000);
     QImage picture(result->image().size(), QImage::Format_RGB32);
     picture.fill(Qt::white);
     QPainter(&picture).drawImage(0, 0, result->image());
@@ -138,7 +145,8 @@ QList<Drawing> drawings()
     return all;
 }
 
-Cell drawCell(const Drawing &drawing, const QJsonObject &answer, QSize size, double scale)
+Cell drawCell(
+    const Drawing &drawing, const QJsonObject &answer, QSize size, double scale, int *patience)
 {
     ZNTTestClock clock; // countdowns stand still
     Scene scene(drawing, answer, size);
@@ -147,10 +155,12 @@ Cell drawCell(const Drawing &drawing, const QJsonObject &answer, QSize size, dou
         cell.findings.append(u"nothing can be shown of this answer"_s);
         return cell;
     }
-    waitFor([&scene] {
+    const auto isThere = [&scene] {
         const QQuickItem *view = scene.view();
-        return !view || (view->isVisible() && hasPictures(scene.view()));
-    });
+        return !view || (view->isVisible() && hasPictures(view));
+    };
+    if (!waitFor(isThere, *patience))
+        *patience = impatience;
     clock.advance(1s); // it has faded in
     QQuickItem *view = scene.view();
     if (!view || !view->isVisible()) {

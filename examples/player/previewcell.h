@@ -21,7 +21,9 @@ struct Drawing
 // All of them.
 QList<Drawing> drawings();
 
-// Runs the event loop until the ad is there, or is not to come. `size` in points.
-Cell drawCell(const Drawing &drawing, const QJsonObject &answer, QSize size, double scale);
+// Runs the event loop until the ad is there with its pictures, for `patience` milliseconds at most,
+// which is shortened once they have not come. `size` in points.
+Cell drawCell(
+    const Drawing &drawing, const QJsonObject &answer, QSize size, double scale, int *patience);
 
 } // namespace player

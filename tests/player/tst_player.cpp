@@ -1,6 +1,8 @@
 // The player as a script sees it: a process with arguments, event lines, files and a status.
 #include "support/exchangetest.h"
 
+#include <QImageReader>
+
 using namespace znt::test;
 
 namespace {
@@ -128,7 +130,8 @@ private slots:
 
     void wrongCommandLines()
     {
-        for (const QString arguments : {"", "bogus", "splash feed", "--nonsense splash",
+        const QString answer = saved(path("answer"), "{}");
+        for (const QString &arguments : QStringList{"", "bogus", "splash feed", "--nonsense splash",
                  "splash --style", "--style x splash", "--size 10 splash", "--size 0x5 splash",
                  "--log maybe splash", "--open-url often splash",
                  "--exchange http://localhost splash", "--linger -1 splash",
@@ -137,6 +140,9 @@ private slots:
                  "--at -1:tap splash", "--at 1:tap:a:b splash", "--at 1:pan:1,2 splash",
                  "--at 1:shake:hard splash", "--at 1:dump: splash", "--no-show tour",
                  "--answer= splash", "--at 1e9:tap splash", "--at 1:pan:1,2,1e12 splash",
+                 "--answer " + answer + " preview", "--out sheet.png preview",
+                 "--answer " + answer + " --out a.png --sizes 1x0 preview",
+                 "--answer " + answer + " --out a.png --scales 9 preview",
                  "--data-dir /dev/null/x splash", "--two\nlines splash"}) {
             const Outcome outcome = run(arguments.split(u' ', Qt::SkipEmptyParts));
             QVERIFY2(outcome.status == 2, qPrintable(arguments));
@@ -214,6 +220,45 @@ private slots:
             {"splash-image", "splash-shake", "splash-slide", "interstitial", "feed"})
             QCOMPARE(QImage(path("pictures/%1.png").arg(name)).size(), QSize(375, 812));
         QCOMPARE(play("--position refused tour").status, 1);
+    }
+
+    // With an exchange of its own.
+    void opensAStudio()
+    {
+        const Outcome studio =
+            run({"--data-dir", path("data"), "--duration", "2", "--log", "off", "studio"});
+        QCOMPARE(studio.status, 0);
+        QCOMPARE(studio.names.join(u' '),
+            "registered splashAdDidLoad splashAdDidVisible splashAdDidRender exit");
+        QVERIFY2(!studio.errors.contains("qrc:"), studio.errors.constData());
+    }
+
+    void drawsPreviews()
+    {
+        QJsonObject ad = m_exchange.answer("splash")["data"][0].toObject();
+        ad["texts"] = QJsonArray{QJsonObject{
+            {"type", "TXT"}, {"content", QString("Long, longer, and longest. ").repeated(20)}}};
+        const auto preview = [this](const QJsonArray &ads, const QString &arguments) {
+            const QString answer = saved(path("answer.json"),
+                QJsonDocument(QJsonObject{{"code", 200}, {"data", ads}}).toJson());
+            return play("--log off --answer " + answer + " --out " + path("sheet.png") + arguments
+                + " preview");
+        };
+        const Outcome good = preview({ad}, " --sizes 320x568,568x320 --scales 1,2");
+        QCOMPARE(good.status, 0);
+        QCOMPARE(contents(path("sheet.html")).count("<figure>"), 4 * 13);
+        QCOMPARE(contents(path("sheet.html")).count("<img width=568"), 2 * 13);
+        QCOMPARE(QImageReader(path("sheet.png")).size().width(), 24 + 4 * (2 * 568 + 24));
+        QVERIFY(good.errors.contains("splash, plain: “Long, longer, an…” is cut"));
+
+        ad["images"] =
+            QJsonArray{QJsonObject{{"type", "IMG"}, {"url", m_exchange.at("/none.png")}}};
+        const Outcome missing = preview({ad}, " --sizes 320x568");
+        QVERIFY(missing.errors.contains("it does not appear: a picture is missing or broken"));
+        const Outcome none = preview({}, " --sizes 320x568");
+        QCOMPARE(none.errors.count("nothing can be shown of this answer"), 13);
+        QCOMPARE(none.status, 0);
+        QCOMPARE(preview({}, " --sizes 320x568 --out /nowhere/at/all").status, 1);
     }
 
 private:
