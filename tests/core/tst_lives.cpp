@@ -405,7 +405,8 @@ private:
         view->setParentItem(window.contentItem());
         application.clock.advance(400ms);
     }
-    // Pictures and trackers are real and do not keep up with held time; the exchange keeps what comes.
+    // Pictures and trackers are real and do not keep up with held time; the exchange keeps what
+    // comes.
     void settle()
     {
         do {
