@@ -83,6 +83,7 @@ public:
 Q_SIGNALS:
     void viewChanged();
     void activeChanged();
+    /// Something else was found than at the look before.
     void changed();
 
 private:

@@ -36,6 +36,7 @@ public:
     Q_ENUM(Event)
 
     /// @param target what to listen to, held weakly; null for none yet
+    /// @param parent the owner, if any
     explicit ZNTAdSpy(QObject *target = nullptr, QObject *parent = nullptr);
     ~ZNTAdSpy() override;
 

@@ -42,6 +42,7 @@ public:
     };
     Q_ENUM(Tracking)
 
+    /// Starts the server, if it has not been started; a failure ends the test with a message.
     explicit ZNTTestExchange(QObject *parent = nullptr);
     /// The server answers on, for late requests, with what is built in.
     ~ZNTTestExchange() override;

@@ -34,13 +34,17 @@ public:
     Q_ENUM(Ad)
 
     /// @param window in which the ads are shown, held weakly; null for none yet
+    /// @param parent the owner, if any
     explicit ZNTTestHand(QQuickWindow *window = nullptr, QObject *parent = nullptr);
     ~ZNTTestHand() override;
 
+    /// The window; null when there is none, or when it was destroyed.
     QQuickWindow *window() const;
+    /// Goes on in another window, held weakly; null for none.
     void setWindow(QQuickWindow *window);
 
     /// The view of the ad, whether it is visible or not; null when there is none.
+    /// @param ad its kind
     /// @param index which one, of feed ads
     Q_INVOKABLE QQuickItem *ad(ZNTTestHand::Ad ad, int index = 0) const;
     /// A part of the ad by its name in the API, such as "skipButton" or "closeButton"; null when it

@@ -14,6 +14,7 @@ QT_FORWARD_DECLARE_CLASS(QQuickWindow)
 class ZNTTestPointer
 {
 public:
+    /// @param window in which it points; null for none
     explicit ZNTTestPointer(QQuickWindow *window);
     /// A pan that is under way is given up.
     ~ZNTTestPointer();

@@ -10,6 +10,7 @@
 class ZNTTestSensors
 {
 public:
+    /// Registers the backends, and makes them the default ones.
     ZNTTestSensors();
     /// Sensors that are still connected get no more samples.
     ~ZNTTestSensors();
