@@ -236,7 +236,7 @@ QString ZNTTestHand::pan(Ad ad, const QPointF &by, int milliseconds, int index)
 
 QString ZNTTestHand::scroll(Ad ad, double by, int index)
 {
-    return d->with(ad, {}, index, [this, by](QQuickItem *item) {
+    return d->with(ad, {}, index, [by](QQuickItem *item) {
         for (; item; item = item->parentItem()) {
             const QVariant top = item->property("contentY");
             if (!top.isValid() || !item->property("contentHeight").isValid())
