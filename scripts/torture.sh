@@ -1,16 +1,17 @@
 #!/usr/bin/env bash
 # The long forms of the tests that try to break the library, and one summary table. Hours; what is named runs alone.
-# Usage: scripts/torture.sh [lives] [soak] [fuzz] [kills] [threads] [flakes]   (all)
+# Usage: scripts/torture.sh [lives] [soak] [fuzz] [faults] [kills] [threads] [flakes]   (all)
 #   lives    5,000 random lives under the address and undefined-behaviour sanitizers
 #   soak     10,000 cycles of all formats in one process
 #   fuzz     10 minutes at each door
+#   faults   every fault on every endpoint
 #   kills    200 processes that are killed while they log
 #   threads  what the thread sanitizer is asked about
 #   flakes   every test 50 times
 set -euo pipefail
 cd "$(dirname "$0")/.."
 wanted=("$@")
-[ ${#wanted[@]} -gt 0 ] || wanted=(lives soak fuzz kills threads flakes)
+[ ${#wanted[@]} -gt 0 ] || wanted=(lives soak fuzz faults kills threads flakes)
 logs=build/torture
 mkdir -p "$logs"
 
@@ -34,6 +35,7 @@ lives() { live asan 5000 100; }
 # One heap that gives back what is freed, lest its holes pass for growth.
 soak() { MALLOC_ARENA_MAX=1 MALLOC_MMAP_THRESHOLD_=65536 live dev 1 10000; }
 fuzz() { scripts/fuzz.sh 600; }
+faults() { ZNTADS_ALL_FAULTS=1 test dev -R core/faults; }
 kills() {
     cmake --preset dev >/dev/null
     cmake --build --preset dev --target tst_logger >/dev/null
@@ -46,7 +48,7 @@ scripts/setup.sh build
 failed=0
 summary=()
 for name in "${wanted[@]}"; do
-    case $name in lives | soak | fuzz | kills | threads | flakes) ;; *) echo "torture.sh: no '$name'" >&2; exit 2 ;; esac
+    case $name in lives | soak | fuzz | faults | kills | threads | flakes) ;; *) echo "torture.sh: no '$name'" >&2; exit 2 ;; esac
     echo "== $name"
     begun=$SECONDS result=ok
     "$name" >"$logs/$name.log" 2>&1 || { result=FAILED; failed=1; }
