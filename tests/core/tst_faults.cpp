@@ -134,7 +134,7 @@ private:
         splash.setDelegate(&host);
         splash.setMediaId("splash");
         splash.loadAndShowSplashAdWithWindow(&window);
-        if (!QTest::qWaitFor([&] { return host.heard.contains("load"); }))
+        if (!QTest::qWaitFor([&] { return host.heard.contains("load"); }, 20'000))
             return {"not loaded"};
         splash.showSplashAdWithWindow(&window);
         const auto isThere = [&] { return !splash.splashAdView()->isHidden(); };
