@@ -11,6 +11,17 @@
 /// listens, the library pays one test of a flag at each step. Events come in batches, one for each
 /// turn of the event loop. Main thread.
 ///
+/// What happens, with its details:
+/// - "requested"; "answered"; "refused": error
+/// - "loaded"; "failed": domain, code, error
+/// - "shown"; "watched", when the checks of what is seen have begun; "unwatched", when they have
+/// ended
+///   without a result
+/// - "share": percent, when it has changed by 1 or more; null when nothing is visible
+/// - "seen"; "tracker fired", "tracker answered", "tracker failed": kind, url, error
+/// - "tapped"; "target opened", "target not opened": link
+/// - "closed": automatically, of an interstitial ad; "feedback"
+///
 /// In QML it is `AdJournal` of ZNTAds.Inspector.
 class ZNTAdJournal : public QAbstractListModel
 {
@@ -26,29 +37,12 @@ public:
         FormatRole,              ///< "format": "splash", "interstitial", "feed", or empty
         PositionRole,            ///< "position": the ad position, or empty
         AdIdRole,                ///< "adId": the ad's id, or empty while there is none
-        WhatRole,                ///< "what": see below
-        DetailsRole,             ///< "details": an object, see below
+        WhatRole,                ///< "what": see above
+        DetailsRole,             ///< "details": an object, see above
         RemarkRole,              ///< "remark": what of the details tells the most, in a line
         TextRole,                ///< "text": all of it but the time in a line
     };
     Q_ENUM(Role)
-
-    // What happens, with its details:
-    // "requested"
-    // "answered"
-    // "refused"          error
-    // "loaded"
-    // "failed"           domain, code, error
-    // "shown"
-    // "watched"          the checks of what is seen have begun
-    // "unwatched"        they have ended without a result
-    // "share"            percent, which changed by 1 or more; null: nothing is visible
-    // "seen"
-    // "tracker fired", "tracker answered", "tracker failed"    kind, url, error
-    // "tapped"
-    // "target opened", "target not opened"    link
-    // "closed"           automatically, of an interstitial ad
-    // "feedback"
 
     /// @param parent the owner, if any
     explicit ZNTAdJournal(QObject *parent = nullptr);
