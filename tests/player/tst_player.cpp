@@ -1,42 +1,8 @@
-// The player as a script sees it: a process with arguments, event lines, files and a status.
-#include "support/exchangetest.h"
-
-#include <QImageReader>
+#include "player/playertest.h"
 
 using namespace znt::test;
 
 namespace {
-
-struct Outcome
-{
-    int status = -1; // of a process that did not crash
-    QList<QJsonObject> events;
-    QStringList names; // of the events
-    QByteArray errors;
-
-    QJsonObject first(const QString &name) const { return events.value(names.indexOf(name)); }
-};
-
-Outcome run(const QStringList &arguments)
-{
-    QProcess process;
-    QSignalSpy finished(&process, &QProcess::finished);
-    process.start(ZNTADS_PLAYER, arguments);
-    if (!finished.wait(60000))
-        return {};
-
-    Outcome outcome;
-    outcome.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    outcome.errors = process.readAllStandardError();
-    const QByteArray output = process.readAllStandardOutput();
-    for (const QByteArray &line : output.trimmed().split('\n')) {
-        if (line.isEmpty())
-            continue;
-        outcome.events.append(json(line));
-        outcome.names.append(json(line)[u"event"].toString());
-    }
-    return outcome;
-}
 
 QJsonObject itemNamed(const QJsonObject &root, const QString &name)
 {
@@ -53,17 +19,11 @@ QJsonObject itemNamed(const QJsonObject &root, const QString &name)
 
 } // namespace
 
-class tst_Player : public QObject
+class tst_Player : public PlayerTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
-            qunsetenv(name); // the player finds out by itself
-    }
-
     void runs_data()
     {
         QTest::addColumn<QString>("arguments");
@@ -213,73 +173,13 @@ private slots:
         QVERIFY(QFile::exists(folder + "/config/ZNTAds/zntads-player.conf")); // not the user's own
     }
 
-    void tours()
-    {
-        QCOMPARE(play("--screenshots " + path("pictures") + " tour").status, 0);
-        for (const char *name :
-            {"splash-image", "splash-shake", "splash-slide", "interstitial", "feed"})
-            QCOMPARE(QImage(path("pictures/%1.png").arg(name)).size(), QSize(375, 812));
-        QCOMPARE(play("--position refused tour").status, 1);
-    }
-
-    // With an exchange of its own.
-    void opensAStudio()
-    {
-        const Outcome studio =
-            run({"--data-dir", path("data"), "--duration", "2", "--log", "off", "studio"});
-        QCOMPARE(studio.status, 0);
-        QCOMPARE(studio.names.join(u' '),
-            "registered splashAdDidLoad splashAdDidVisible splashAdDidRender exit");
-        QVERIFY2(!studio.errors.contains("qrc:"), studio.errors.constData());
-    }
-
-    void drawsPreviews()
-    {
-        QJsonObject ad = m_exchange.answer("splash")["data"][0].toObject();
-        ad["texts"] = QJsonArray{QJsonObject{
-            {"type", "TXT"}, {"content", QString("Long, longer, and longest. ").repeated(20)}}};
-        const auto preview = [this](const QJsonArray &ads, const QString &arguments) {
-            const QString answer = saved(path("answer.json"),
-                QJsonDocument(QJsonObject{{"code", 200}, {"data", ads}}).toJson());
-            return play("--log off --answer " + answer + " --out " + path("sheet.png") + arguments
-                + " preview");
-        };
-        const Outcome good = preview({ad}, " --sizes 568x320 --scales 0.5,2");
-        QCOMPARE(good.status, 0);
-        QCOMPARE(contents(path("sheet.html")).count("<figure>"), 2 * 13);
-        QCOMPARE(contents(path("sheet.html")).count("<img width=568"), 2 * 13);
-        QCOMPARE(QImageReader(path("sheet.png")).size().width(), 24 + 4 * (2 * 568 + 24));
-        QVERIFY(good.errors.contains("splash, plain: “Long, longer, an…” is cut"));
-
-        ad["images"] =
-            QJsonArray{QJsonObject{{"type", "IMG"}, {"url", m_exchange.at("/none.png")}}};
-        const Outcome missing = preview({ad}, " --sizes 320x568");
-        QVERIFY(missing.errors.contains("it does not appear: a picture is missing or broken"));
-        const Outcome none = preview({}, " --sizes 320x568");
-        QCOMPARE(none.errors.count("nothing can be shown of this answer"), 13);
-        QCOMPARE(none.status, 0);
-        QCOMPARE(preview({}, " --sizes 320x568 --out /nowhere/at/all").status, 1);
-    }
-
 private:
-    // Against the exchange, with everything under a folder of its own.
-    Outcome play(const QString &arguments)
-    {
-        return run(QStringList{"--exchange", m_exchange.httpsUrl().toString(), "--log-upload",
-                       m_exchange.httpUrl().toString(), "--ca-file", m_exchange.caFile(),
-                       "--data-dir", path("data"), "--linger", "0.2"}
-            + arguments.split(u' '));
-    }
     // What is on screen after a second.
     QJsonObject dumped(const QString &arguments)
     {
         play("--at 1:dump:" + path("dump.json") + " --at 1.1:quit " + arguments);
         return json(contents(path("dump.json")));
     }
-
-    QString path(const QString &name) const { return m_dir.filePath(name); }
-    TrustedExchange m_exchange;
-    QTemporaryDir m_dir;
 };
 
 QTEST_GUILESS_MAIN(tst_Player)
