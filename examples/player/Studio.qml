@@ -93,6 +93,16 @@ ApplicationWindow {
                 model: root.sizes.map(size => size[0] + " × " + size[1])
                 onActivated: studio.setSize(...root.sizes[currentIndex])
             }
+            Label { text: qsTr("Scale") }
+            ComboBox {
+                readonly property var scales: [1, 1.5, 2, 3]
+
+                Layout.fillWidth: true
+                model: scales.map(scale => scale + " ×")
+                Component.onCompleted: currentIndex = Math.max(0, scales.indexOf(studio.scale))
+                onActivated: studio.setScale(scales[currentIndex])
+            }
+
             Label { text: qsTr("Speed") }
             ComboBox {
                 Layout.fillWidth: true

@@ -8,12 +8,14 @@
 #include <QGuiApplication>
 #include <QJsonDocument>
 #include <QPalette>
+#include <QProcess>
 #include <QQmlContext>
 
 namespace player {
 
 namespace {
 
+constexpr char scaleVariable[] = "QT_SCALE_FACTOR";
 constexpr int look = 100; // milliseconds between two looks for the ad's view
 
 QPalette palette(bool dark)
@@ -146,6 +148,26 @@ void Studio::takeAnswer(const QUrl &file)
 void Studio::setSize(int width, int height)
 {
     m_stage.window().resize(width, height);
+}
+
+double Studio::scale() const
+{
+    const double scale = qEnvironmentVariable(scaleVariable).toDouble();
+    return scale > 0 ? scale : 1;
+}
+
+void Studio::setScale(double scale)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(scaleVariable), QString::number(scale));
+    process.setProcessEnvironment(environment);
+    process.setProgram(QCoreApplication::applicationFilePath());
+    process.setArguments(QCoreApplication::arguments().mid(1));
+    if (process.startDetached())
+        Q_EMIT closed();
+    else
+        say(process.errorString());
 }
 
 void Studio::setInsets(double top, double bottom)

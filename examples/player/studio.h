@@ -14,6 +14,7 @@ class Studio : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QStringList positions READ positions CONSTANT)
+    Q_PROPERTY(double scale READ scale CONSTANT)
     Q_PROPERTY(QQuickItem *view READ view NOTIFY viewChanged)
     Q_PROPERTY(QString answerFile READ answerFile NOTIFY answerChanged)
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
@@ -27,6 +28,7 @@ public:
     bool start();
 
     QStringList positions() const;
+    double scale() const;
     QQuickItem *view() const;
     QString answerFile() const { return m_answerFile; }
     QString message() const { return m_message; }
@@ -38,6 +40,8 @@ public:
     // Shows the answer in the file from now on, in place of a position's; none when it is empty.
     Q_INVOKABLE void takeAnswer(const QUrl &file);
     Q_INVOKABLE void setSize(int width, int height);
+    // Starts the studio anew, as Qt reads the scale once.
+    Q_INVOKABLE void setScale(double scale);
     Q_INVOKABLE void setInsets(double top, double bottom);
     Q_INVOKABLE void setDark(bool dark);
     Q_INVOKABLE void setRightToLeft(bool rightToLeft);
