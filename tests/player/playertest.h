@@ -39,8 +39,6 @@ inline Outcome run(const QStringList &arguments)
 // What its tests stand on.
 class PlayerTest : public QObject
 {
-    Q_OBJECT
-
 public:
     PlayerTest()
     {
